@@ -1,0 +1,174 @@
+#include "lib/lib_fft_plan_manager.h"
+
+#include <algorithm>
+
+#include "lib/lib_fftw_library.h"
+#include "lib/lib_fftw_work_arrays.h"
+#include "lib/lib_report.h"
+
+namespace nal::common_lib {
+
+namespace {
+
+constexpr uint32 initial_buffer_length = 64;
+
+}  // namespace
+
+lib_fft_plan_manager_t& lib_fft_plan_manager_t::instance() {
+  static lib_fft_plan_manager_t manager;
+  return manager;
+}
+
+lib_fft_plan_manager_t::lib_fft_plan_manager_t() {
+  lib_fftw_library_t::initialise();
+  _init_buffer();
+}
+
+lib_fft_plan_manager_t::~lib_fft_plan_manager_t() {
+  clear_up();
+  _free_buffers();
+}
+
+void lib_fft_plan_manager_t::_free_buffers() {
+  fftw_free(_input_buffer);
+  fftw_free(_output_buffer);
+  _input_buffer = nullptr;
+  _output_buffer = nullptr;
+  _buffer_length = 0;
+}
+
+void lib_fft_plan_manager_t::_init_buffer() {
+  std::lock_guard<std::mutex> lock(_mutex);
+  _free_buffers();
+  _input_buffer = fftw_alloc_complex(initial_buffer_length);
+  _output_buffer = fftw_alloc_complex(initial_buffer_length);
+  if (_input_buffer == nullptr || _output_buffer == nullptr) {
+    lib_report("lib_fft_plan_manager_t::_init_buffer Report : Fail to memory allocation!");
+  }
+  _buffer_length = initial_buffer_length;
+}
+
+bool lib_fft_plan_manager_t::_resize_buffer(uint32 length) {
+  _free_buffers();
+  _input_buffer = fftw_alloc_complex(length);
+  _output_buffer = fftw_alloc_complex(length);
+  if (_input_buffer == nullptr || _output_buffer == nullptr) {
+    lib_report("lib_fft_plan_manager_t::_resize_buffer Report : Fail to memory allocation!");
+    _free_buffers();
+    return false;
+  }
+  _buffer_length = length;
+  return true;
+}
+
+bool lib_fft_plan_manager_t::_check_buffer(uint32 length) {
+  if (_buffer_length < length || _input_buffer == nullptr || _output_buffer == nullptr) {
+    return _resize_buffer(std::max(length, initial_buffer_length));
+  }
+  return true;
+}
+
+void lib_fft_plan_manager_t::_create_plan(uint32 length, int sign,
+                                          std::unordered_map<uint32, fftw_plan>& plans) {
+  if (plans.count(length) != 0 || !_check_buffer(length)) {
+    return;
+  }
+  const fftw_plan plan = fftw_plan_dft_1d(static_cast<int>(length), _input_buffer, _output_buffer,
+                                          sign, FFTW_ESTIMATE);
+  if (plan != nullptr) {
+    plans.emplace(length, plan);
+  }
+}
+
+void lib_fft_plan_manager_t::_create_forward_plan(uint32 length) {
+  _create_plan(length, FFTW_FORWARD, _forward_plans);
+}
+
+void lib_fft_plan_manager_t::_create_backward_plan(uint32 length) {
+  _create_plan(length, FFTW_BACKWARD, _backward_plans);
+}
+
+fftw_plan lib_fft_plan_manager_t::_get_plan(uint32 length, bool inverse) {
+  std::lock_guard<std::mutex> lock(_mutex);
+  auto& plans = inverse ? _backward_plans : _forward_plans;
+  auto found = plans.find(length);
+  if (found == plans.end()) {
+    if (inverse) {
+      _create_backward_plan(length);
+    } else {
+      _create_forward_plan(length);
+    }
+    found = plans.find(length);
+  }
+  return found == plans.end() ? nullptr : found->second;
+}
+
+fftw_plan lib_fft_plan_manager_t::acquire_plan(uint32 length, bool inverse) {
+  if (length == 0) {
+    return nullptr;
+  }
+  ++_calculating_count;
+  const fftw_plan plan = _get_plan(length, inverse);
+  if (plan == nullptr) {
+    --_calculating_count;
+  }
+  return plan;
+}
+
+void lib_fft_plan_manager_t::release_plan() { --_calculating_count; }
+
+bool lib_fft_plan_manager_t::deal_transform(uint32 length, const lib_iq_data_arr_t& input,
+                                            lib_iq_data_arr_t& out, bool inverse) {
+  if (length == 0) {
+    lib_report("lib_fft_plan_manager_t::deal_transform Report : Transform length is zero!");
+    return false;
+  }
+  const fftw_plan plan = acquire_plan(length, inverse);
+  if (plan == nullptr) {
+    lib_report("lib_fft_plan_manager_t::deal_transform Report : Fail to create plan!");
+    return false;
+  }
+  // The two failures below leave the plan counted as in use, as they always have: clear_up then
+  // refuses for the rest of the process rather than risk destroying a plan in use.
+  if (input.size() > length) {
+    lib_report("lib_fft_plan_manager_t::deal_transform Report : Input data length NOT match!");
+    return false;
+  }
+  lib_fftw_work_arrays_t arrays(length);
+  if (!arrays.valid()) {
+    lib_report("lib_fft_plan_manager_t::deal_transform Report : Fail to memory allocation!");
+    return false;
+  }
+  arrays.load(input);
+  fftw_execute_dft(plan, arrays.input(), arrays.output());
+  arrays.store(out, inverse);
+  release_plan();
+  return true;
+}
+
+bool lib_fft_plan_manager_t::clear_up() {
+  std::lock_guard<std::mutex> lock(_mutex);
+  // Read under the mutex: a transform counts itself before it asks for its plan, so a plan handed
+  // out before this point is always seen here.
+  if (_calculating_count.load() != 0) {
+    lib_report("lib_fftw_plan_manager_t::clear_up Report: Try to clear fftw plan during calculation!");
+    return false;
+  }
+  for (auto& entry : _forward_plans) {
+    fftw_destroy_plan(entry.second);
+  }
+  for (auto& entry : _backward_plans) {
+    fftw_destroy_plan(entry.second);
+  }
+  _forward_plans.clear();
+  _backward_plans.clear();
+  fftw_cleanup();
+  return true;
+}
+
+void lib_fft_plan_manager_t::reset() {
+  clear_up();
+  _init_buffer();
+}
+
+}  // namespace nal::common_lib

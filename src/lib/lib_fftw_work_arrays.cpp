@@ -1,0 +1,33 @@
+#include "lib/lib_fftw_work_arrays.h"
+
+#include <algorithm>
+
+namespace nal::common_lib {
+
+lib_fftw_work_arrays_t::lib_fftw_work_arrays_t(uint32 length)
+    : _length(length), _input(fftw_alloc_complex(length)), _output(fftw_alloc_complex(length)) {}
+
+lib_fftw_work_arrays_t::~lib_fftw_work_arrays_t() {
+  fftw_free(_input);
+  fftw_free(_output);
+}
+
+void lib_fftw_work_arrays_t::load(const lib_iq_data_arr_t& samples) {
+  auto* first = reinterpret_cast<lib_iq_sample_t*>(_input);
+  const std::size_t count = std::min<std::size_t>(samples.size(), _length);
+  std::copy_n(samples.begin(), count, first);
+  std::fill(first + count, first + _length, lib_iq_sample_t(0.0, 0.0));
+}
+
+void lib_fftw_work_arrays_t::store(lib_iq_data_arr_t& out, bool inverse) const {
+  const auto* result = reinterpret_cast<const lib_iq_sample_t*>(_output);
+  out.assign(result, result + _length);
+  if (inverse) {
+    const fp64 scale = _length;
+    for (auto& sample : out) {
+      sample = {sample.real() / scale, sample.imag() / scale};
+    }
+  }
+}
+
+}  // namespace nal::common_lib

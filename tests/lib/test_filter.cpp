@@ -1,0 +1,260 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "lib/lib_convolution.h"
+#include "lib/lib_filter.h"
+#include "tests/lib/test_signals.h"
+
+namespace {
+
+using nal::lib_iq_data_arr_t;
+using nal::common_lib::lib_filter_t;
+using wavelume_test::max_difference;
+using wavelume_test::random_samples;
+
+constexpr double pi = 3.14159265358979323846;
+
+// Textbook pulses in symbol time t (unit symbol period), independent of the library's forms.
+double textbook_raised_cosine(double t, double b) {
+  if (std::abs(t) < 1e-15) {
+    return 1.0;
+  }
+  if (std::abs(std::abs(2.0 * b * t) - 1.0) < 1e-12) {
+    return pi / 4.0 * std::sin(pi * t) / (pi * t);
+  }
+  return std::sin(pi * t) / (pi * t) * std::cos(pi * b * t) / (1.0 - 4.0 * b * b * t * t);
+}
+
+double textbook_root_raised_cosine(double t, double b) {
+  if (std::abs(t) < 1e-15) {
+    return 1.0 - b + 4.0 * b / pi;
+  }
+  if (std::abs(std::abs(4.0 * b * t) - 1.0) < 1e-12) {
+    return b / std::sqrt(2.0) *
+           ((1.0 + 2.0 / pi) * std::sin(pi / (4.0 * b)) + (1.0 - 2.0 / pi) * std::cos(pi / (4.0 * b)));
+  }
+  return (std::sin(pi * t * (1.0 - b)) + 4.0 * b * t * std::cos(pi * t * (1.0 + b))) /
+         (pi * t * (1.0 - 16.0 * b * b * t * t));
+}
+
+// Taps of `pulse` at the library's tap times, scaled to unit energy.
+lib_iq_data_arr_t unit_energy_taps(nal::uint32 length, nal::uint32 ratio, double (*pulse)(double, double),
+                                   double b) {
+  const nal::uint32 span = length * ratio;
+  lib_iq_data_arr_t taps(span + 1);
+  double energy = 0.0;
+  for (nal::uint32 n = 0; n <= span; ++n) {
+    const double value = pulse((n - span / 2.0) / ratio, b);
+    taps[n] = value;
+    energy += value * value;
+  }
+  for (auto& tap : taps) {
+    tap /= std::sqrt(energy);
+  }
+  return taps;
+}
+
+TEST(PulseFilter, RaisedCosineMatchesTextbookAndCrossesZeroAtSymbols) {
+  for (const double b : {0.22, 0.35, 0.5, 1.0}) {
+    lib_iq_data_arr_t taps;
+    lib_filter_t::_raised_consine_filter(b, 16, 8, taps, true);
+    ASSERT_EQ(taps.size(), 129u);
+    EXPECT_LT(max_difference(taps, unit_energy_taps(16, 8, textbook_raised_cosine, b)), 1e-13)
+        << "roll-off " << b;
+    for (std::size_t n = 0; n < taps.size(); n += 8) {
+      if (n != 64) {
+        EXPECT_NEAR(std::abs(taps[n]), 0.0, 1e-16) << "roll-off " << b << ", tap " << n;
+      }
+      EXPECT_EQ(taps[n].imag(), 0.0);
+    }
+  }
+}
+
+TEST(PulseFilter, RootRaisedCosineMatchesTextbookIncludingSingularPoints) {
+  // b = 0.25 puts the singular point on t = +-1, b = 1 on t = +-0.25 (a tap at ratio 8).
+  for (const double b : {0.25, 0.35, 0.5, 1.0}) {
+    lib_iq_data_arr_t taps;
+    lib_filter_t::_root_cosine_filter(b, 32, 8, taps, true);
+    EXPECT_LT(max_difference(taps, unit_energy_taps(32, 8, textbook_root_raised_cosine, b)), 1e-13)
+        << "roll-off " << b;
+  }
+}
+
+TEST(PulseFilter, RootRaisedCosinePairIsNyquist) {
+  lib_iq_data_arr_t taps;
+  lib_filter_t::_root_cosine_filter(0.35, 32, 8, taps, true);
+  lib_iq_data_arr_t pulse;
+  nal::common_lib::lib_convolution_t::deal_convolution(taps, taps, pulse);
+  const std::size_t centre = pulse.size() / 2;
+  EXPECT_NEAR(std::abs(pulse[centre]), 1.0, 1e-12);
+  for (std::size_t k = 8; k <= 8 * 12; k += 8) {
+    EXPECT_LT(std::abs(pulse[centre + k]), 2e-3) << "symbol " << k / 8;
+    EXPECT_LT(std::abs(pulse[centre - k]), 2e-3) << "symbol " << k / 8;
+  }
+}
+
+TEST(PulseFilter, SingularPointsAreTheLimitsOfTheGeneralFormula) {
+  // Unnormalised: the value at the singular time must continue its neighbours.
+  lib_iq_data_arr_t raised;
+  lib_filter_t::_raised_consine_filter(0.5, 8, 4, raised, false);
+  const double at_one = raised[16 + 4].real();  // t = +1
+  EXPECT_NEAR(at_one, (0.5 / 8.0) * std::sin(pi), 1e-15);
+  EXPECT_NEAR(at_one, textbook_raised_cosine(1.0 + 1e-7, 0.5) / 4.0, 1e-7);
+
+  lib_iq_data_arr_t root;
+  lib_filter_t::_root_cosine_filter(1.0, 8, 4, root, false);
+  const double quarter = root[16 + 1].real();  // t = +0.25
+  EXPECT_NEAR(quarter, textbook_root_raised_cosine(0.25 + 1e-7, 1.0) / 4.0, 1e-6);
+}
+
+TEST(PulseFilter, GaussianHasUnitSumAndTheBandwidthTimeWidth) {
+  const double bt = 0.5;
+  lib_iq_data_arr_t taps;
+  lib_filter_t::_gaussian_filter(bt, 4, 8, taps, true);
+  ASSERT_EQ(taps.size(), 33u);
+  double sum = 0.0;
+  for (const auto& tap : taps) {
+    sum += tap.real();
+  }
+  EXPECT_NEAR(sum, 1.0, 1e-14);
+  const double sigma = std::sqrt(std::log(2.0)) / (2.0 * pi * bt);
+  for (std::size_t n = 0; n < taps.size(); ++n) {
+    const double t = (n - 16.0) / 8.0;
+    EXPECT_NEAR(taps[n].real() / taps[16].real(), std::exp(-t * t / (2 * sigma * sigma)), 1e-14);
+  }
+}
+
+TEST(PulseFilter, HalfSineHasRatioTapsWhateverTheLength) {
+  lib_filter_t filter;
+  filter.set_filter_type(nal::FILTER_HALF_SINE);
+  filter.set_oversampling_ratio(4);
+  for (const nal::uint32 length : {2u, 8u, 64u}) {
+    filter.set_filter_length(length);
+    lib_iq_data_arr_t taps;
+    ASSERT_TRUE(filter._generate_filter(taps));
+    ASSERT_EQ(taps.size(), 4u);
+    // sin(n pi / 4) = {0, 1/sqrt2, 1, 1/sqrt2} has energy 2.
+    const lib_iq_data_arr_t expected = {0.0, 0.5, std::sqrt(0.5), 0.5};
+    EXPECT_LT(max_difference(taps, expected), 1e-15);
+  }
+}
+
+TEST(PulseFilter, OddSpanIsRefused) {
+  lib_iq_data_arr_t taps = {1.0};
+  testing::internal::CaptureStdout();
+  lib_filter_t::_root_cosine_filter(0.35, 5, 3, taps, true);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_filter_t::_raised_consine_filter Report: Illegal filter length : 15\n");
+  EXPECT_TRUE(taps.empty());
+
+  lib_filter_t filter;
+  filter.set_filter_length(5);
+  filter.set_oversampling_ratio(3);
+  taps = {1.0};
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(filter._generate_filter(taps));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_filter_t::_generate_filter Report: Filter length * Oversampling Rate should be "
+            "even!\n");
+  EXPECT_TRUE(taps.empty());
+}
+
+TEST(PulseFilter, SettersClampAndRefuseAsDocumented) {
+  lib_filter_t filter;
+  EXPECT_EQ(filter.get_filter_type(), nal::FILTER_ROOT_COSINE);
+  EXPECT_TRUE(filter.set_filter_parameter(0.05));
+  EXPECT_DOUBLE_EQ(filter.get_filter_parameter(), 0.05);
+  filter.set_filter_type(nal::FILTER_GAUSSIAN);
+  EXPECT_DOUBLE_EQ(filter.get_filter_parameter(), 0.1);
+  filter.set_filter_parameter(9.0);
+  EXPECT_DOUBLE_EQ(filter.get_filter_parameter(), 5.0);
+  filter.set_filter_parameter(0.1);
+  filter.set_filter_type(nal::FILTER_RAISED_COSINE);
+  EXPECT_DOUBLE_EQ(filter.get_filter_parameter(), 0.1);
+  EXPECT_DOUBLE_EQ(filter.get_filter_parameter_min(), 0.01);
+
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(filter.set_filter_length(1));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_filter_t::set_filter_length Report: Filter length is too small!\n");
+  EXPECT_EQ(filter.get_filter_length(), 32u);
+
+  // A ratio of 0 is taken once; from then on the object refuses every ratio.
+  EXPECT_TRUE(filter.set_oversampling_ratio(0));
+  EXPECT_FALSE(filter.set_oversampling_ratio(4));
+  EXPECT_EQ(filter.get_oversampling_ratio(), 0u);
+}
+
+TEST(PulseFilter, CyclicFilteringIsCircularConvolution) {
+  lib_iq_data_arr_t taps;
+  lib_filter_t::_root_cosine_filter(0.35, 8, 8, taps, true);  // 65 taps
+  const std::size_t half = taps.size() / 2;
+  for (const std::size_t period : {10u, 100u, 1000u}) {
+    const lib_iq_data_arr_t x = random_samples(period, static_cast<unsigned>(period));
+    lib_iq_data_arr_t y;
+    ASSERT_TRUE(lib_filter_t::deal_filter(x, taps, y, true));
+    lib_iq_data_arr_t expected(period);
+    for (std::size_t i = 0; i < period; ++i) {
+      for (std::size_t k = 0; k < taps.size(); ++k) {
+        expected[i] += taps[k] * x[(i + half + period * taps.size() - k) % period];
+      }
+    }
+    EXPECT_LT(max_difference(y, expected), 1e-12) << "period " << period;
+  }
+}
+
+TEST(PulseFilter, PlainFilteringKeepsTheDelayAndDropsTheTail) {
+  const lib_iq_data_arr_t x = random_samples(500, 90);
+  const lib_iq_data_arr_t taps = random_samples(17, 91);
+  lib_iq_data_arr_t y;
+  ASSERT_TRUE(lib_filter_t::deal_filter(x, taps, y, false));
+  lib_iq_data_arr_t full;
+  nal::common_lib::lib_convolution_t::deal_convolution(x, taps, full);
+  full.resize(x.size());
+  EXPECT_LT(max_difference(y, full), 1e-12);
+}
+
+TEST(PulseFilter, DegenerateInputs) {
+  const lib_iq_data_arr_t x = random_samples(20, 95);
+  lib_iq_data_arr_t y = x;
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(lib_filter_t::deal_filter(lib_iq_data_arr_t(), x, y, true));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "lib_filter_t::deal_filter Report: Empty Data Array!\n");
+  EXPECT_TRUE(y.empty());
+
+  // One tap: the convolution copies its input, and the cyclic cut gives the samples back.
+  testing::internal::CaptureStdout();
+  EXPECT_TRUE(lib_filter_t::deal_filter(x, lib_iq_data_arr_t{1.0}, y, true));
+  testing::internal::GetCapturedStdout();
+  EXPECT_EQ(y, x);
+
+  lib_filter_t none;
+  none.set_filter_type(nal::FILTER_NONE);
+  EXPECT_TRUE(none.deal_filter(x, y, true));
+  EXPECT_EQ(y, x);
+
+  lib_filter_t shaped;
+  lib_iq_data_arr_t in_place = x;
+  EXPECT_TRUE(shaped.deal_filter(in_place, in_place, true));
+  lib_iq_data_arr_t separate;
+  EXPECT_TRUE(shaped.deal_filter(x, separate, true));
+  EXPECT_EQ(in_place, separate);
+}
+
+TEST(PulseFilter, DcGainNormalisation) {
+  lib_iq_data_arr_t taps;
+  lib_filter_t::_raised_consine_filter(0.35, 8, 4, taps, true);
+  lib_filter_t::normalize_dc_gain(taps);
+  std::complex<double> sum = 0.0;
+  for (const auto& tap : taps) {
+    sum += tap;
+  }
+  EXPECT_NEAR(std::abs(sum), 1.0, 1e-13);
+
+  lib_iq_data_arr_t cancelling = {1.0, -1.0};
+  lib_filter_t::normalize_dc_gain(cancelling);
+  EXPECT_EQ(cancelling, (lib_iq_data_arr_t{1.0, -1.0}));
+}
+
+}  // namespace

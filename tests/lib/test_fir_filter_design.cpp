@@ -1,0 +1,315 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "lib/lib_fir_filter_design.h"
+#include "lib/lib_types.h"
+
+namespace nal::common_lib {
+namespace {
+
+using design_t = lib_fir_filter_design_t;
+
+// |H(f)| = |sum h[n] exp(-j pi f n)|, f normalised to the Nyquist frequency.
+fp64 response_magnitude(const lib_iq_data_arr_t& taps, fp64 f) {
+  lib_iq_sample_t sum{0.0, 0.0};
+  for (std::size_t n = 0; n < taps.size(); ++n) {
+    sum += taps[n] * std::polar(1.0, -lib_pi * f * static_cast<fp64>(n));
+  }
+  return std::abs(sum);
+}
+
+struct band_check_t {
+  std::vector<fp64> pass;  // |H| within 1e-3 of 1
+  std::vector<fp64> stop;  // |H| below 1e-3
+};
+
+void expect_response(const lib_iq_data_arr_t& taps, const band_check_t& bands) {
+  for (const fp64 f : bands.pass) {
+    EXPECT_NEAR(response_magnitude(taps, f), 1.0, 1e-3) << "pass band at f = " << f;
+  }
+  for (const fp64 f : bands.stop) {
+    EXPECT_LT(response_magnitude(taps, f), 1e-3) << "stop band at f = " << f;
+  }
+}
+
+fp64 max_imag(const lib_iq_data_arr_t& taps) {
+  fp64 largest = 0.0;
+  for (const auto& tap : taps) {
+    largest = std::max(largest, std::abs(tap.imag()));
+  }
+  return largest;
+}
+
+design_t band_design(fir_filter_type_t type, fp64 lower, fp64 upper, bool real, uint32 length) {
+  design_t design;
+  design.set_filter_type(type);
+  design.set_filter_length(length);
+  design.set_real_filter(real);
+  design.set_lower_edge(lower);
+  design.set_upper_edge(upper);
+  EXPECT_TRUE(design.generate());
+  EXPECT_TRUE(design.is_finished());
+  return design;
+}
+
+TEST(FirFilterDesign, SettersClampToTheirBounds) {
+  design_t design;
+  EXPECT_TRUE(design.set_filter_length(20000) && design.set_cutoff(1.5));
+  EXPECT_EQ(design.get_filter_length(), 16384u);
+  EXPECT_EQ(design.get_cutoff(), 1.0);
+  design.set_filter_order(10);
+  EXPECT_EQ(design.get_filter_length(), 11u);
+  design.set_filter_order(std::numeric_limits<uint32>::max());
+  EXPECT_EQ(design.get_filter_length(), 16384u);
+  design.set_cutoff(-0.1);
+  EXPECT_EQ(design.get_cutoff(), 0.0);
+  design.set_kaiser_beta(-2.0);
+  EXPECT_EQ(design.get_kaiser_beta(), 0.0);
+}
+
+TEST(FirFilterDesign, BandEdgesDragEachOtherAlong) {
+  design_t design;
+  design.set_lower_edge(0.2);
+  design.set_upper_edge(0.1);
+  EXPECT_EQ(design.get_lower_edge(), 0.1);
+  EXPECT_EQ(design.get_upper_edge(), 0.1);
+
+  design.set_lower_edge(0.6);
+  EXPECT_EQ(design.get_upper_edge(), 0.6);
+  design.set_upper_edge(0.9);
+  EXPECT_EQ(design.get_lower_edge(), 0.6) << "a lower edge below the upper one stays";
+
+  design.set_lower_edge(7.0);
+  EXPECT_EQ(design.get_lower_edge(), 1.0);
+  EXPECT_EQ(design.get_upper_edge(), 1.0);
+  design.set_upper_edge(-7.0);
+  EXPECT_EQ(design.get_upper_edge(), -1.0);
+  EXPECT_EQ(design.get_lower_edge(), -1.0);
+}
+
+TEST(FirFilterDesign, LowPassIdealTapsAndBlackmanResponse) {
+  design_t design;  // low-pass, cut-off 0.5, Blackman
+  design.set_filter_length(65);
+  ASSERT_TRUE(design.generate());
+  const lib_iq_data_arr_t& taps = design.get_filter_data();
+  ASSERT_EQ(taps.size(), 65u);
+  EXPECT_EQ(design.get_ideal_filter_data()[32], lib_iq_sample_t(0.5, 0.0));
+  // sin(pi m / 2) / (pi m) at m = 1 and m = 3.
+  EXPECT_NEAR(design.get_ideal_filter_data()[33].real(), 1.0 / lib_pi, 1e-15);
+  EXPECT_NEAR(design.get_ideal_filter_data()[29].real(), -1.0 / (3.0 * lib_pi), 1e-15);
+  EXPECT_EQ(max_imag(taps), 0.0);
+  expect_response(taps, {{0.0, 0.2, 0.38}, {0.62, 0.8, 1.0}});
+
+  design.set_filter_length(64);
+  ASSERT_TRUE(design.generate());
+  expect_response(design.get_filter_data(), {{0.0, 0.2, 0.38}, {0.62, 0.8}});
+}
+
+TEST(FirFilterDesign, LowPassCutoffZeroGivesZeros) {
+  design_t design;
+  design.set_cutoff(0.0);
+  design.set_filter_length(9);
+  ASSERT_TRUE(design.generate());
+  EXPECT_EQ(design.get_filter_data(), lib_iq_data_arr_t(9));
+}
+
+TEST(FirFilterDesign, HighPassPassesTheUpperBand) {
+  design_t design;
+  design.set_filter_type(FIR_HIGH_PASS);
+  design.set_filter_length(65);
+  ASSERT_TRUE(design.generate());
+  EXPECT_TRUE(design.get_real_result_flag());
+  EXPECT_EQ(max_imag(design.get_filter_data()), 0.0);
+  expect_response(design.get_filter_data(), {{0.62, 0.75, 0.9, 1.0}, {0.0, 0.2, 0.38}});
+
+  // An even length centres the modulation half a sample off the envelope: the middle of the band
+  // is still passed, the Nyquist end sags.
+  design.set_filter_length(64);
+  ASSERT_TRUE(design.generate());
+  expect_response(design.get_filter_data(), {{0.62, 0.75, 0.9}, {0.0, 0.2, 0.38}});
+  EXPECT_LT(response_magnitude(design.get_filter_data(), 1.0), 0.95);
+}
+
+TEST(FirFilterDesign, RealBandPassIsCentredHalfABandAboveTheUpperEdge) {
+  // With l = 0.1, u = 0.3 the pass band is u .. 2u - l = 0.3 .. 0.5, by the system's definition.
+  const design_t design = band_design(FIR_BAND_PASS, 0.1, 0.3, true, 65);
+  EXPECT_TRUE(design.get_real_result_flag());
+  EXPECT_EQ(max_imag(design.get_filter_data()), 0.0);
+  expect_response(design.get_filter_data(), {{0.4, -0.4}, {0.0, 0.2, 0.6, 0.8}});
+}
+
+TEST(FirFilterDesign, RealBandStopRemovesTheBand) {
+  for (const uint32 length : {65u, 64u}) {
+    const design_t design = band_design(FIR_BAND_STOP, 0.3, 0.6, true, length);
+    EXPECT_TRUE(design.get_real_result_flag());
+    expect_response(design.get_filter_data(), {{0.0, 0.1, 0.8, 0.9}, {0.45, -0.45}});
+  }
+}
+
+TEST(FirFilterDesign, ComplexBandPassRejectsTheMirror) {
+  const design_t design = band_design(FIR_BAND_PASS, 0.2, 0.6, false, 65);
+  EXPECT_FALSE(design.get_real_result_flag());
+  EXPECT_GT(max_imag(design.get_filter_data()), 0.01);
+  expect_response(design.get_filter_data(), {{0.3, 0.4, 0.5}, {-0.4, 0.0, 0.8}});
+}
+
+TEST(FirFilterDesign, ComplexBandStopRemovesOnlyTheBand) {
+  // A negative edge forces the complex form even with the real flag set.
+  const design_t design = band_design(FIR_BAND_STOP, -0.2, 0.4, true, 64);
+  EXPECT_FALSE(design.get_real_result_flag());
+  expect_response(design.get_filter_data(), {{-0.7, -0.6, 0.7, 0.8}, {-0.1, 0.1}});
+}
+
+TEST(FirFilterDesign, RealFormNeedsTheFlagAndPositiveEdges) {
+  design_t design;
+  design.set_filter_type(FIR_BAND_PASS);
+  EXPECT_TRUE(design.is_real_result());
+  design.set_lower_edge(-0.5);
+  design.set_upper_edge(0.5);
+  EXPECT_FALSE(design.is_real_result());
+  EXPECT_TRUE(design.get_real_result_flag()) << "nothing generated yet";
+  ASSERT_TRUE(design.generate());
+  EXPECT_FALSE(design.get_real_result_flag());
+
+  design.set_lower_edge(0.1);
+  design.set_real_filter(false);
+  EXPECT_FALSE(design.is_real_result());
+  design.set_filter_type(FIR_HIGH_PASS);
+  EXPECT_TRUE(design.is_real_result());
+}
+
+TEST(FirFilterDesign, WindowTypeAndKaiserBetaReachTheTaps) {
+  design_t design;
+  design.set_filter_length(33);
+  design.set_window_type(WINDOW_KAISER);
+  design.set_kaiser_beta(0.0);
+  ASSERT_TRUE(design.generate());
+  EXPECT_EQ(design.get_window_data(), lib_iq_data_arr_t(33, {1.0, 0.0}));
+  EXPECT_EQ(design.get_filter_data(), design.get_ideal_filter_data());
+
+  design.set_kaiser_beta(8.0);
+  ASSERT_TRUE(design.generate());
+  lib_iq_data_arr_t kaiser;
+  lib_window_function_t::generate_kaiser_window(kaiser, 33, false, 8.0);
+  EXPECT_EQ(design.get_window_data(), kaiser);
+  EXPECT_EQ(design.get_filter_data()[16], lib_iq_sample_t(0.5, 0.0));
+}
+
+TEST(FirFilterDesign, UnknownTypesFailAndLeaveNothing) {
+  design_t design;
+  ASSERT_TRUE(design.generate());
+  design.set_filter_type(static_cast<fir_filter_type_t>(4));
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(design.generate());
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_fir_fitler_design_t::_generate_ideal_filter_data Report : Error FIR Filter "
+            "Type!\n");
+  EXPECT_FALSE(design.is_finished());
+  EXPECT_TRUE(design.get_filter_data().empty());
+
+  design.set_filter_type(FIR_LOW_PASS);
+  design.set_window_type(static_cast<window_type_t>(11));
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(design.generate());
+  testing::internal::GetCapturedStdout();
+  EXPECT_FALSE(design.is_finished());
+  EXPECT_TRUE(design.get_ideal_filter_data().empty());
+}
+
+TEST(FirFilterDesign, CopyContinuesIdentically) {
+  design_t design = band_design(FIR_BAND_PASS, 0.1, 0.5, false, 40);
+  design_t copy = design;
+  design.set_window_type(WINDOW_HAMMING);
+  copy.set_window_type(WINDOW_HAMMING);
+  ASSERT_TRUE(design.generate() && copy.generate());
+  EXPECT_EQ(copy.get_filter_data(), design.get_filter_data());
+}
+
+TEST(FirFilterDesign, MaskSamplingTakesMeansWithoutInterpolation) {
+  // Unsorted on purpose. Samples of 8 points lie at -1, -0.75, ..., 0.75.
+  const lib_iq_data_arr_t mask{{0.5, 10.0}, {0.0, 3.0}, {-0.6, 2.0}, {0.0, 1.0}, {0.0, 2.0}};
+  lib_iq_data_arr_t out;
+  design_t::_generate_mask_data(8, mask, out);
+  const std::vector<fp64> expected{
+      2.0,   // -1 is below the first frequency
+      2.0,   // -0.75 likewise
+      1.5,   // -0.5 lies between -0.6 (level 2) and 0 (lowest level 1)
+      1.5,   // -0.25 likewise: no interpolation over the distance
+      2.0,   // 0 holds levels 1, 2 and 3: the mean of the lowest and the highest
+      6.5,   // 0.25 lies between 0 (highest level 3) and 0.5 (level 10)
+      10.0,  // 0.5 is the last frequency
+      10.0,  // 0.75 is above it
+  };
+  ASSERT_EQ(out.size(), expected.size());
+  for (std::size_t k = 0; k < out.size(); ++k) {
+    EXPECT_EQ(out[k], lib_iq_sample_t(expected[k], 0.0)) << "k = " << k;
+  }
+}
+
+TEST(FirFilterDesign, MaskDesignRefusesBadInput) {
+  const std::string prefix = "lib_fir_filter_design_t::generate_windowed_filter_data Report : ";
+  const lib_iq_data_arr_t five_points{{-1.0, 0.0}, {-0.5, 1.0}, {0.0, 1.0}, {0.5, 1.0}, {1.0, 0.0}};
+  const std::vector<std::pair<uint32, lib_iq_data_arr_t>> cases{
+      {16, {}}, {12, five_points}, {0, five_points}, {4, five_points}};
+  for (const auto& [length, mask] : cases) {
+    lib_iq_data_arr_t taps(3);
+    testing::internal::CaptureStdout();
+    EXPECT_FALSE(design_t::generate_windowed_filter_data(length, WINDOW_BLACKMAN, mask, taps));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              prefix + (mask.empty() ? "Filter Mask Data Array is Too Short!\n"
+                                     : "Illegal Filter Data Length!\n"))
+        << "length " << length;
+    EXPECT_TRUE(taps.empty());
+  }
+}
+
+TEST(FirFilterDesign, RectangularMaskDesignSamplesTheMask) {
+  // Four points give 16 taps; with the rectangle, the response at the sample frequencies
+  // k (2 / 16) - 1 is the sampled mask over 16.
+  const lib_iq_data_arr_t mask{{-1.0, 0.0}, {-0.4, 1.0}, {0.4, 1.0}, {1.0, 0.0}};
+  lib_iq_data_arr_t taps;
+  ASSERT_TRUE(design_t::generate_windowed_filter_data(mask, taps, WINDOW_RECTANGLE));
+  ASSERT_EQ(taps.size(), 16u);
+  for (uint32 k = 0; k < 16; ++k) {
+    const fp64 g = k / 8.0 - 1.0;
+    const fp64 level = g <= -1.0 ? 0.0 : std::abs(g) < 0.4 ? 1.0 : 0.5;
+    EXPECT_NEAR(response_magnitude(taps, g) * 16.0, level, 1e-12)
+        << "g = " << g;
+  }
+}
+
+TEST(FirFilterDesign, BlackmanMaskDesignEqualsDirectInverseTransformTimesWindow) {
+  const lib_iq_data_arr_t mask{{-0.5, 0.0}, {-0.25, 1.0}, {0.25, 1.0}, {0.5, 0.5}};
+  lib_iq_data_arr_t taps;
+  ASSERT_TRUE(design_t::generate_windowed_filter_data(32, WINDOW_BLACKMAN, mask, taps));
+  ASSERT_EQ(taps.size(), 32u);
+
+  // The sampled mask by hand, then taps[n] = (1/N) sum_k level_k exp(j pi g_k n) times the
+  // Blackman window divided by its sum.
+  std::vector<fp64> levels(32);
+  std::vector<fp64> blackman(32);
+  fp64 blackman_sum = 0.0;
+  for (uint32 k = 0; k < 32; ++k) {
+    const fp64 g = k / 16.0 - 1.0;
+    levels[k] = g <= -0.5 ? 0.0 : g < -0.25 ? 0.5 : g <= 0.25 ? 1.0 : g < 0.5 ? 0.75 : 0.5;
+    const fp64 phase = 2.0 * lib_pi * k / 31.0;
+    blackman[k] = 0.42 - 0.5 * std::cos(phase) + 0.08 * std::cos(2.0 * phase);
+    blackman_sum += blackman[k];
+  }
+  for (uint32 n = 0; n < 32; ++n) {
+    lib_iq_sample_t expected{0.0, 0.0};
+    for (uint32 k = 0; k < 32; ++k) {
+      expected += levels[k] * std::polar(1.0, lib_pi * (k / 16.0 - 1.0) * n);
+    }
+    expected *= blackman[n] / blackman_sum / 32.0;
+    EXPECT_NEAR(std::abs(taps[n] - expected), 0.0, 1e-14) << "n = " << n;
+  }
+}
+
+}  // namespace
+}  // namespace nal::common_lib

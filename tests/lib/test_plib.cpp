@@ -1,0 +1,122 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "lib/plib.h"
+#include "tests/lib/test_signals.h"
+
+namespace {
+
+using nal::lib_iq_data_arr_t;
+using nal::common_lib::plib_t;
+constexpr double pi = 3.14159265358979323846;
+
+TEST(Plib, PowersOfTwoAndSquares) {
+  for (nal::uint32 k = 0; k < 32; ++k) {
+    EXPECT_TRUE(plib_t::is_power_of_2(1u << k)) << k;
+  }
+  for (const nal::uint32 x : {0u, 3u, 6u, 12u, 1000u, (1u << 20) + 1}) {
+    EXPECT_FALSE(plib_t::is_power_of_2(x)) << x;
+  }
+  EXPECT_TRUE(plib_t::is_square_number(0));
+  EXPECT_TRUE(plib_t::is_square_number(4096));
+  EXPECT_FALSE(plib_t::is_square_number(2048));
+
+  EXPECT_EQ(plib_t::next_power_of_2(514, 32), 1024u);
+  EXPECT_EQ(plib_t::next_power_of_2(3, 32), 32u);
+  EXPECT_EQ(plib_t::next_power_of_2(10, 3), 12u);  // a start off the powers stays off them
+  EXPECT_EQ(plib_t::next_power_of_2(5, 0), 8u);
+  EXPECT_EQ(plib_t::next_power_of_2(0xFFFFFFFFu, 1), 0x80000000u);  // ends instead of overflowing
+
+  EXPECT_EQ(plib_t::nearest_power_of_2(6, 1), 4u);
+  EXPECT_EQ(plib_t::nearest_power_of_2(7, 1), 8u);
+  EXPECT_EQ(plib_t::nearest_power_of_2(3000000, 1), 1u << 20);
+  EXPECT_EQ(plib_t::nearest_power_of_2(5, 16), 16u);
+}
+
+TEST(Plib, PhaseWrappingIsHalfOpen) {
+  EXPECT_DOUBLE_EQ(plib_t::wrap_phase(pi), -pi);
+  EXPECT_DOUBLE_EQ(plib_t::wrap_phase(-pi), -pi);
+  EXPECT_NEAR(plib_t::wrap_phase(7.5 * pi), -0.5 * pi, 1e-12);
+  EXPECT_NEAR(plib_t::wrap_phase(-7.5 * pi), 0.5 * pi, 1e-12);
+  EXPECT_DOUBLE_EQ(plib_t::wrap_phase_degree(180.0), -180.0);
+  EXPECT_DOUBLE_EQ(plib_t::wrap_phase_degree(540.0 + 90.0), -90.0);
+  EXPECT_DOUBLE_EQ(plib_t::degree_to_radian(270.0), -pi / 2);
+  const double huge = plib_t::wrap_phase(1e300);
+  EXPECT_TRUE(huge >= -pi && huge < pi);
+  EXPECT_TRUE(std::isnan(plib_t::wrap_phase(NAN)));
+}
+
+TEST(Plib, DecibelsAndComplexHelpers) {
+  EXPECT_DOUBLE_EQ(plib_t::amplitude_to_db(10.0, 1e-12), 20.0);
+  EXPECT_DOUBLE_EQ(plib_t::amplitude_to_db(0.0, 1e-10), -200.0);
+  EXPECT_NEAR(plib_t::db_to_amplitude(-6.0), 0.5011872336272722, 1e-15);
+  EXPECT_DOUBLE_EQ(plib_t::get_complex_amplitude({3.0, 4.0}), 5.0);
+  EXPECT_EQ(plib_t::get_complex_conjugate({1.0, 2.0}), std::complex<double>(1.0, -2.0));
+  EXPECT_EQ(plib_t::get_complex_phase({0.0, 0.0}), 0.0);
+  EXPECT_EQ(plib_t::get_complex_phase({1e-13, 2.0}), pi / 2);
+  EXPECT_EQ(plib_t::get_complex_phase({1e-13, -2.0}), -pi / 2);
+  EXPECT_DOUBLE_EQ(plib_t::get_complex_phase({-1.0, -1.0}), -0.75 * pi);
+  std::complex<double> sample(1.0, 0.0);
+  plib_t::rotate_complex(pi / 2, sample);
+  EXPECT_NEAR(sample.real(), 0.0, 1e-16);
+  EXPECT_NEAR(sample.imag(), 1.0, 1e-16);
+}
+
+TEST(Plib, ArrayStatisticsAndTheirEmptyReports) {
+  const lib_iq_data_arr_t square = {{1.0, 0.0}, {0.0, -1.0}, {-1.0, 0.0}, {0.0, 1.0}};
+  EXPECT_DOUBLE_EQ(plib_t::get_complex_array_rms(square), 1.0);
+  EXPECT_DOUBLE_EQ(plib_t::get_peak_to_rms_ratio(square), 0.0);
+  const lib_iq_data_arr_t pulse = {2.0, 0.0, 0.0, 0.0};
+  EXPECT_NEAR(plib_t::get_peak_to_rms_ratio(pulse), 20.0 * std::log10(2.0), 1e-12);
+  EXPECT_DOUBLE_EQ(plib_t::get_data_max_amplitude(pulse), 2.0);
+  EXPECT_DOUBLE_EQ(plib_t::get_peak_to_rms_ratio(lib_iq_data_arr_t(3)), 0.0);
+
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(plib_t::get_complex_array_rms({}), 0.0);
+  EXPECT_EQ(plib_t::get_data_max_amplitude({}), 0.0);
+  EXPECT_EQ(plib_t::get_peak_to_rms_ratio({}), 0.0);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "plib_t::get_complex_array_rms Report: Empty data array to rms calculation!\n"
+            "plib_t::get_data_max_amplitude Report: Empty data array to max amplitude search!\n"
+            "plib_t::get_peak_to_rms_ratio Report: Empty data array!\n");
+}
+
+TEST(Plib, DerivedArrays) {
+  const lib_iq_data_arr_t x = {{0.0, 0.0}, {0.0, 1.0}, {0.1, 0.0}, {1e-13, 0.0}};
+  nal::lib_fp_data_arr_t values = {42.0};
+  plib_t::get_amplitude_arr(x, values);
+  EXPECT_EQ(values, (nal::lib_fp_data_arr_t{0.0, 1.0, 0.1, 1e-13}));
+  plib_t::get_phase_arr(x, values);
+  EXPECT_EQ(values, (nal::lib_fp_data_arr_t{0.0, pi / 2, 0.0, 0.0}));
+  plib_t::get_relative_level_arr(x, values);
+  ASSERT_EQ(values.size(), 4u);
+  EXPECT_EQ(values[0], -200.0);
+  EXPECT_EQ(values[1], 0.0);
+  EXPECT_NEAR(values[2], -20.0, 1e-12);
+  EXPECT_EQ(values[3], -200.0);
+  plib_t::get_relative_level_arr(lib_iq_data_arr_t(3), values);
+  EXPECT_EQ(values, nal::lib_fp_data_arr_t(3, -200.0));
+}
+
+TEST(Plib, WorkThreadRule) {
+  EXPECT_EQ(plib_t::get_work_thread_number(1), 1u);
+  EXPECT_EQ(plib_t::get_work_thread_number(2), 1u);
+  EXPECT_EQ(plib_t::get_work_thread_number(3), 1u);
+  EXPECT_EQ(plib_t::get_work_thread_number(4), 2u);
+  EXPECT_EQ(plib_t::get_work_thread_number(10), 8u);
+  EXPECT_EQ(plib_t::get_work_thread_number(16), 8u);
+  EXPECT_GE(plib_t::get_work_thread_number(), 1u);
+}
+
+TEST(Plib, PhaseRampShiftsTheSpectrum) {
+  // A ramp of f cycles per sample turns a constant into a tone whose phase advances 2 pi f.
+  lib_iq_data_arr_t x(64, {2.0, 0.0});
+  plib_t::apply_phase_ramp(x, 0.125, 0.5);
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    const std::complex<double> expected = std::polar(2.0, 2.0 * pi * 0.125 * double(i) + 0.5);
+    EXPECT_NEAR(std::abs(x[i] - expected), 0.0, 1e-13) << i;
+  }
+}
+
+}  // namespace

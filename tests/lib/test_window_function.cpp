@@ -1,0 +1,216 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "lib/lib_window_function.h"
+
+namespace nal::common_lib {
+namespace {
+
+using lwf = lib_window_function_t;
+
+// I0 from its series sum ((x/2)^(2k) / (k!)^2), in long double, each term from the previous one so
+// that nothing overflows before the sum does.
+long double bessel_i0_series(long double x) {
+  const long double a = x * x / 4.0L;
+  long double term = 1.0L;
+  long double sum = 1.0L;
+  for (int k = 1; term > sum * 1e-21L; ++k) {
+    term *= a / (static_cast<long double>(k) * k);
+    sum += term;
+  }
+  return sum;
+}
+
+std::vector<fp64> real_parts(const lib_iq_data_arr_t& samples) {
+  std::vector<fp64> values;
+  for (const auto& s : samples) {
+    EXPECT_EQ(s.imag(), 0.0);
+    values.push_back(s.real());
+  }
+  return values;
+}
+
+std::vector<fp64> window(window_type_t type, uint32 length, bool normalize = false) {
+  lib_iq_data_arr_t out;
+  lwf::_generate_win_data_arr(out, type, length, normalize);
+  return real_parts(out);
+}
+
+TEST(WindowFunction, BesselI0MatchesSeriesInAllThreeRanges) {
+  for (const fp64 x : {0.0, 1.0, 5.0, 7.7, 7.75, 20.0, 100.0, 499.0, 500.0, 700.0}) {
+    const fp64 expected = static_cast<fp64>(bessel_i0_series(x));
+    EXPECT_NEAR(lwf::_calc_bessel_i0(x) / expected, 1.0, 1e-13) << "x = " << x;
+    EXPECT_EQ(lwf::_calc_bessel_i0(-x), lwf::_calc_bessel_i0(x)) << "I0 is even, x = " << x;
+  }
+  // The standard library's own I0 as a second reference where the exponential fit takes over.
+  for (const fp64 x : {7.75, 100.0, 500.0, 700.0}) {
+    EXPECT_NEAR(lwf::_calc_bessel_i0(x) / std::cyl_bessel_i(0.0, x), 1.0, 1e-12) << "x = " << x;
+  }
+}
+
+TEST(WindowFunction, PolynomialIsHornerWithConstantTermFirst) {
+  EXPECT_EQ(lwf::_calc_polynomial({1.0, 2.0, 3.0}, 2.0), 17.0);
+  EXPECT_EQ(lwf::_calc_polynomial({-4.0}, 123.0), -4.0);
+
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(lwf::_calc_polynomial({}, 2.0), 0.0);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_window_function_t::_calc_polynomial Report: Empty coefficents array!\n");
+}
+
+// First half of each symmetric window of length 8, from numpy 1.24 / scipy 1.10:
+//   import numpy as np, scipy.signal.windows as w
+//   w.hamming(8), w.hann(8), w.gaussian(8, std=3.5/2.5), np.kaiser(8, 6.0), w.blackman(8),
+//   w.blackmanharris(8), w.flattop(8),
+//   w.general_cosine(8, [0.3232153789, -0.47149214396, 0.17553412995, -0.0284969901, 0.00126135709])
+TEST(WindowFunction, EvenLengthWindowsMatchReferenceValues) {
+  const std::map<window_type_t, std::vector<fp64>> reference{
+      {WINDOW_HAMMING, {0.08000000000000007, 0.2531946911449827, 0.6423596296199047,
+                        0.9544456792351128}},
+      {WINDOW_HANNING, {0.0, 0.1882550990706333, 0.6112604669781573, 0.9504844339512095}},
+      {WINDOW_GAUSS, {0.0439369336234074, 0.20303279625113788, 0.5632793505016535,
+                      0.9382155957191078}},
+      {WINDOW_KAISER, {0.014873337104763207, 0.19978195130647008, 0.5913121823478988,
+                       0.9454284905890261}},
+      {WINDOW_BLACKMAN, {-1.3877787807814457e-17, 0.09045342435412812, 0.45918295754596367,
+                         0.9203636180999081}},
+      {WINDOW_BLACKMAN_HARRIS, {6.0000000000001025e-05, 0.03339172347815124, 0.33283350429856506,
+                                0.8893697722232837}},
+      {WINDOW_FLAT_TOP, {-0.0004210510000000013, -0.036840781154923445, 0.01070371671615349,
+                         0.7808739149387699}},
+      {WINDOW_FLAT_TOP_POSITIVE, {0.9999999999999999, 0.5513145593994652, 0.07870174632680463,
+                                  0.0012375204237300374}},
+  };
+  for (const auto& [type, half] : reference) {
+    const std::vector<fp64> w = window(type, 8);
+    ASSERT_EQ(w.size(), 8u);
+    for (std::size_t n = 0; n < half.size(); ++n) {
+      EXPECT_NEAR(w[n], half[n], 1e-14) << "type " << type << ", n = " << n;
+      EXPECT_NEAR(w[7 - n], half[n], 1e-14) << "type " << type << ", n = " << 7 - n;
+    }
+  }
+  EXPECT_EQ(window(WINDOW_RECTANGLE, 8), std::vector<fp64>(8, 1.0));
+}
+
+TEST(WindowFunction, OddLengthWindowsPeakAtOneInTheCentre) {
+  for (const window_type_t type : {WINDOW_RECTANGLE, WINDOW_HAMMING, WINDOW_HANNING, WINDOW_GAUSS,
+                                   WINDOW_KAISER, WINDOW_BLACKMAN, WINDOW_BLACKMAN_HARRIS}) {
+    for (const uint32 length : {3u, 9u, 101u}) {
+      const std::vector<fp64> w = window(type, length);
+      EXPECT_NEAR(w[length / 2], 1.0, 1e-15) << "type " << type << ", length " << length;
+      for (const fp64 value : w) {
+        EXPECT_LE(value, w[length / 2]);
+      }
+    }
+  }
+  // The positive flat top is lowest in the middle: a0 - a1 + a2 - a3 + a4.
+  EXPECT_NEAR(window(WINDOW_FLAT_TOP_POSITIVE, 9)[4], 2.173188e-05, 1e-15);
+  // Hamming and Hanning reach their ends exactly at n = 0 and N - 1 (symmetric form).
+  EXPECT_NEAR(window(WINDOW_HAMMING, 9)[8], 0.08, 1e-15);
+  EXPECT_NEAR(window(WINDOW_HANNING, 9)[0], 0.0, 1e-15);
+}
+
+TEST(WindowFunction, NormalisedWindowsAreScaledToUnitMagnitudeSum) {
+  for (uint32 type = WINDOW_RECTANGLE; type <= WINDOW_FLAT_TOP_POSITIVE; ++type) {
+    const auto window_type = static_cast<window_type_t>(type);
+    const std::vector<fp64> plain = window(window_type, 33);
+    const std::vector<fp64> normalised = window(window_type, 33, true);
+    fp64 magnitude_sum = 0.0;
+    for (const fp64 value : plain) {
+      magnitude_sum += std::abs(value);
+    }
+    fp64 total = 0.0;
+    for (std::size_t n = 0; n < plain.size(); ++n) {
+      EXPECT_NEAR(normalised[n], plain[n] / magnitude_sum, 1e-15) << "type " << type;
+      total += normalised[n];
+    }
+    // Only the flat top has negative entries; every other window sums to 1.
+    if (window_type != WINDOW_FLAT_TOP) {
+      EXPECT_NEAR(total, 1.0, 1e-14) << "type " << type;
+    }
+  }
+}
+
+TEST(WindowFunction, KaiserBetaShapesTheWindow) {
+  lib_iq_data_arr_t out;
+  lwf::generate_kaiser_window(out, 16, false, 0.0);
+  EXPECT_EQ(real_parts(out), std::vector<fp64>(16, 1.0));
+
+  // The ends are 1 / I0(beta); larger beta, smaller ends.
+  lwf::generate_kaiser_window(out, 16, false, 3.0);
+  EXPECT_NEAR(out.front().real(), 1.0 / 4.880792585865024, 1e-14);
+  lwf::generate_kaiser_window(out, 16, false, 6.0);
+  EXPECT_EQ(real_parts(out), window(WINDOW_KAISER, 16));
+
+  const lib_iq_data_arr_t before = out;
+  testing::internal::CaptureStdout();
+  lwf::generate_kaiser_window(out, 4, true, -0.5);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_window_function_t::generate_kaiser_window Report: Beta should be NOT Negative!\n");
+  EXPECT_EQ(out, before);
+}
+
+TEST(WindowFunction, GaussWidthFactorSetsTheEndValue) {
+  lib_iq_data_arr_t out;
+  // At the ends (n - M) / M = +-1, so w = exp(-a^2 / 2).
+  for (const fp64 factor : {0.5, 2.5, 4.0}) {
+    lwf::generate_gauss_window(out, 9, false, factor);
+    EXPECT_NEAR(out.front().real(), std::exp(-0.5 * factor * factor), 1e-15);
+    EXPECT_NEAR(out.back().real(), std::exp(-0.5 * factor * factor), 1e-15);
+    // Half-way to the end: exp(-a^2 / 8).
+    EXPECT_NEAR(out[6].real(), std::exp(-factor * factor / 8.0), 1e-15);
+  }
+
+  for (const fp64 factor : {-1.0, 0.0, 1e-13}) {
+    out.assign(3, {5.0, 5.0});
+    testing::internal::CaptureStdout();
+    lwf::generate_gauss_window(out, 6, true, factor);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "lib_window_function_t::generate_gauss_window Report: Width_factor should be "
+              "positive!\n")
+        << "factor " << factor;
+    EXPECT_EQ(out, lib_iq_data_arr_t(6)) << "factor " << factor;
+  }
+}
+
+TEST(WindowFunction, UnknownTypeIsReportedAndGivesNoWindow) {
+  lib_iq_data_arr_t out(4, {1.0, 0.0});
+  testing::internal::CaptureStdout();
+  lwf::_generate_win_data_arr(out, static_cast<window_type_t>(9), 4, false);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_window_function_t::_generate_win_data_arr Report : Error Window Function Type!\n");
+  EXPECT_TRUE(out.empty());
+
+  lib_iq_data_arr_t samples(4, {1.0, 2.0});
+  testing::internal::CaptureStdout();
+  lwf::apply_window_functon(samples, static_cast<window_type_t>(9));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_window_function_t::_generate_win_data_arr Report : Error Window Function Type!\n");
+  EXPECT_EQ(samples, lib_iq_data_arr_t(4, {1.0, 2.0}));
+}
+
+TEST(WindowFunction, ApplyMultipliesByTheNormalisedWindow) {
+  // Hanning of length 5 is {0, 0.5, 1, 0.5, 0}, sum 2.
+  lib_iq_data_arr_t samples{{1.0, 2.0}, {1.0, 2.0}, {-3.0, 4.0}, {2.0, -2.0}, {7.0, 7.0}};
+  lwf::apply_window_functon(samples, WINDOW_HANNING);
+  const lib_iq_data_arr_t expected{{0.0, 0.0}, {0.25, 0.5}, {-1.5, 2.0}, {0.5, -0.5}, {0.0, 0.0}};
+  for (std::size_t n = 0; n < samples.size(); ++n) {
+    EXPECT_NEAR(std::abs(samples[n] - expected[n]), 0.0, 1e-15) << "n = " << n;
+  }
+
+  for (const std::size_t length : {0u, 1u}) {
+    lib_iq_data_arr_t short_samples(length, {3.0, 1.0});
+    testing::internal::CaptureStdout();
+    lwf::apply_window_functon(short_samples, WINDOW_HAMMING);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "lib_window_function_t::apply_window_functon Report: Input Data Array is Too Short!\n");
+    EXPECT_EQ(short_samples, lib_iq_data_arr_t(length, {3.0, 1.0}));
+  }
+}
+
+}  // namespace
+}  // namespace nal::common_lib
