@@ -1,6 +1,7 @@
 #include "lib/lib_fft_plan_manager.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "lib/lib_fftw_library.h"
 #include "lib/lib_fftw_work_arrays.h"
@@ -11,6 +12,7 @@ namespace nal::common_lib {
 namespace {
 
 constexpr uint32 initial_buffer_length = 64;
+constexpr uint32 thread_arrays_limit = 1u << 16;
 
 }  // namespace
 
@@ -25,7 +27,10 @@ lib_fft_plan_manager_t::lib_fft_plan_manager_t() {
 }
 
 lib_fft_plan_manager_t::~lib_fft_plan_manager_t() {
-  clear_up();
+  // At exit nothing can be transforming any more, but a transform that failed its length check
+  // still counts as running; destroy the plans regardless so that nothing leaks.
+  std::lock_guard<std::mutex> lock(_mutex);
+  _destroy_plans();
   _free_buffers();
 }
 
@@ -103,19 +108,46 @@ fftw_plan lib_fft_plan_manager_t::_get_plan(uint32 length, bool inverse) {
   return found == plans.end() ? nullptr : found->second;
 }
 
-fftw_plan lib_fft_plan_manager_t::acquire_plan(uint32 length, bool inverse) {
-  if (length == 0) {
-    return nullptr;
+fftw_plan lib_fft_plan_manager_t::_get_plan_for_this_thread(uint32 length, bool inverse) {
+  struct thread_plans_t {
+    std::uint64_t generation = 0;
+    std::unordered_map<std::uint64_t, fftw_plan> plans;
+  };
+  thread_local thread_plans_t cache;
+  // The caller has counted itself as calculating before this load. clear_up bumps the generation
+  // before it reads the count, so either clear_up sees the count and keeps every plan, or this
+  // load sees the new generation and the stale copies are dropped (all these atomics are
+  // sequentially consistent).
+  const std::uint64_t generation = _generation.load();
+  if (cache.generation != generation) {
+    cache.plans.clear();
+    cache.generation = generation;
   }
-  ++_calculating_count;
+  const std::uint64_t key = (static_cast<std::uint64_t>(length) << 1) | (inverse ? 1u : 0u);
+  const auto found = cache.plans.find(key);
+  if (found != cache.plans.end()) {
+    return found->second;
+  }
   const fftw_plan plan = _get_plan(length, inverse);
-  if (plan == nullptr) {
-    --_calculating_count;
+  if (plan != nullptr) {
+    cache.plans.emplace(key, plan);
   }
   return plan;
 }
 
-void lib_fft_plan_manager_t::release_plan() { --_calculating_count; }
+fftw_plan lib_fft_plan_manager_t::acquire_plan(uint32 length, bool inverse) {
+  if (length == 0) {
+    return nullptr;
+  }
+  _calculating_count.increment();
+  const fftw_plan plan = _get_plan_for_this_thread(length, inverse);
+  if (plan == nullptr) {
+    _calculating_count.decrement();
+  }
+  return plan;
+}
+
+void lib_fft_plan_manager_t::release_plan() { _calculating_count.decrement(); }
 
 bool lib_fft_plan_manager_t::deal_transform(uint32 length, const lib_iq_data_arr_t& input,
                                             lib_iq_data_arr_t& out, bool inverse) {
@@ -134,8 +166,15 @@ bool lib_fft_plan_manager_t::deal_transform(uint32 length, const lib_iq_data_arr
     lib_report("lib_fft_plan_manager_t::deal_transform Report : Input data length NOT match!");
     return false;
   }
-  lib_fftw_work_arrays_t arrays(length);
-  if (!arrays.valid()) {
+  // Short transforms, the common case in block loops, reuse arrays kept by the calling thread;
+  // long ones allocate per call so that no thread keeps a large buffer alive.
+  thread_local lib_fftw_work_arrays_t thread_arrays(0);
+  std::optional<lib_fftw_work_arrays_t> call_arrays;
+  if (length > thread_arrays_limit) {
+    call_arrays.emplace(length);
+  }
+  lib_fftw_work_arrays_t& arrays = call_arrays ? *call_arrays : thread_arrays;
+  if (!arrays.resize(length)) {
     lib_report("lib_fft_plan_manager_t::deal_transform Report : Fail to memory allocation!");
     return false;
   }
@@ -148,12 +187,18 @@ bool lib_fft_plan_manager_t::deal_transform(uint32 length, const lib_iq_data_arr
 
 bool lib_fft_plan_manager_t::clear_up() {
   std::lock_guard<std::mutex> lock(_mutex);
-  // Read under the mutex: a transform counts itself before it asks for its plan, so a plan handed
-  // out before this point is always seen here.
-  if (_calculating_count.load() != 0) {
+  // Read under the mutex and after the generation bump: a transform counts itself before it
+  // looks for its plan, so a plan handed out before this point is always seen here.
+  ++_generation;
+  if (_calculating_count.sum() != 0) {
     lib_report("lib_fftw_plan_manager_t::clear_up Report: Try to clear fftw plan during calculation!");
     return false;
   }
+  _destroy_plans();
+  return true;
+}
+
+void lib_fft_plan_manager_t::_destroy_plans() {
   for (auto& entry : _forward_plans) {
     fftw_destroy_plan(entry.second);
   }
@@ -163,7 +208,6 @@ bool lib_fft_plan_manager_t::clear_up() {
   _forward_plans.clear();
   _backward_plans.clear();
   fftw_cleanup();
-  return true;
 }
 
 void lib_fft_plan_manager_t::reset() {

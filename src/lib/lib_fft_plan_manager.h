@@ -9,9 +9,11 @@
 #include <fftw3.h>
 
 #include <atomic>
+#include <cstdint>
 #include <mutex>
 #include <unordered_map>
 
+#include "lib/lib_sharded_counter.h"
 #include "lib/lib_types.h"
 
 namespace nal::common_lib {
@@ -31,7 +33,8 @@ class lib_fft_plan_manager_t {
 
   // For block loops that keep their own buffers: returns the cached plan of a length and
   // direction (planning it if needed) and counts it as in use until `release_plan`. Execute it
-  // with fftw_execute_dft on arrays from fftw_alloc_complex of at least `length` elements.
+  // with fftw_execute_dft on arrays from fftw_alloc_complex of at least `length` elements, and
+  // release it from the same thread.
   // Returns nullptr, with nothing to release, for a length of 0 or a failed plan.
   fftw_plan acquire_plan(uint32 length, bool inverse);
   void release_plan();
@@ -53,10 +56,17 @@ class lib_fft_plan_manager_t {
   void _create_backward_plan(uint32 length);
   void _create_plan(uint32 length, int sign, std::unordered_map<uint32, fftw_plan>& plans);
   fftw_plan _get_plan(uint32 length, bool inverse);
+  fftw_plan _get_plan_for_this_thread(uint32 length, bool inverse);
   void _free_buffers();
+  // Destroys every plan and FFTW's accumulated state; the caller holds the mutex.
+  void _destroy_plans();
 
   std::mutex _mutex;
-  std::atomic<std::int32_t> _calculating_count{0};
+  // Transforms and acquired plans in use.
+  lib_sharded_counter_t _calculating_count;
+  // Bumped by every clear_up; threads keep their own copy of the plan table and drop it when
+  // this changes, so that steady-state lookups take no lock.
+  std::atomic<std::uint64_t> _generation{0};
   // Planning buffers: FFTW_ESTIMATE never reads them, but plans take their alignment from them.
   uint32 _buffer_length = 0;
   fftw_complex* _input_buffer = nullptr;

@@ -4,12 +4,29 @@
 
 namespace nal::common_lib {
 
-lib_fftw_work_arrays_t::lib_fftw_work_arrays_t(uint32 length)
-    : _length(length), _input(fftw_alloc_complex(length)), _output(fftw_alloc_complex(length)) {}
+lib_fftw_work_arrays_t::lib_fftw_work_arrays_t(uint32 length) { resize(length); }
 
-lib_fftw_work_arrays_t::~lib_fftw_work_arrays_t() {
+lib_fftw_work_arrays_t::~lib_fftw_work_arrays_t() { _free(); }
+
+void lib_fftw_work_arrays_t::_free() {
   fftw_free(_input);
   fftw_free(_output);
+  _input = nullptr;
+  _output = nullptr;
+  _capacity = 0;
+}
+
+bool lib_fftw_work_arrays_t::resize(uint32 length) {
+  if (length > _capacity || !valid()) {
+    _free();
+    if (length > 0) {
+      _input = fftw_alloc_complex(length);
+      _output = fftw_alloc_complex(length);
+      _capacity = valid() ? length : 0;
+    }
+  }
+  _length = length;
+  return valid();
 }
 
 void lib_fftw_work_arrays_t::load(const lib_iq_data_arr_t& samples) {

@@ -10,11 +10,14 @@ namespace nal::common_lib {
 class lib_fftw_work_arrays_t {
  public:
   // Allocates two arrays of `length` elements with fftw_alloc_complex; check `valid()`.
+  // A length of 0 allocates nothing.
   explicit lib_fftw_work_arrays_t(uint32 length);
   ~lib_fftw_work_arrays_t();
   lib_fftw_work_arrays_t(const lib_fftw_work_arrays_t&) = delete;
   lib_fftw_work_arrays_t& operator=(const lib_fftw_work_arrays_t&) = delete;
 
+  // Sets the length, reallocating only when the arrays are too small; returns `valid()`.
+  bool resize(uint32 length);
   bool valid() const { return _input != nullptr && _output != nullptr; }
   fftw_complex* input() { return _input; }
   fftw_complex* output() { return _output; }
@@ -26,9 +29,12 @@ class lib_fftw_work_arrays_t {
   void store(lib_iq_data_arr_t& out, bool inverse) const;
 
  private:
-  uint32 _length;
-  fftw_complex* _input;
-  fftw_complex* _output;
+  void _free();
+
+  uint32 _length = 0;
+  uint32 _capacity = 0;
+  fftw_complex* _input = nullptr;
+  fftw_complex* _output = nullptr;
 };
 
 }  // namespace nal::common_lib

@@ -53,8 +53,8 @@ fp64 mask_level_at(const lib_iq_data_arr_t& sorted, fp64 g) {
   if (at_or_above->real() - g >= lib_tolerance) {
     return (at_or_above->imag() + std::prev(at_or_above)->imag()) * 0.5;
   }
-  const auto past_same = std::lower_bound(at_or_above, sorted.end(), g + lib_tolerance,
-                                          frequency_below);
+  const auto past_same =
+      std::lower_bound(at_or_above, sorted.end(), g + lib_tolerance, frequency_below);
   return (at_or_above->imag() + std::prev(past_same)->imag()) * 0.5;
 }
 
@@ -67,8 +67,8 @@ bool lib_fir_filter_design_t::set_filter_type(fir_filter_type_t type) {
 
 bool lib_fir_filter_design_t::set_filter_order(uint32 order) {
   // In 64 bits, so that the largest order does not wrap to length 0.
-  const auto length = std::clamp<std::uint64_t>(std::uint64_t{order} + 1, _min_filter_length,
-                                                _max_filter_length);
+  const auto length =
+      std::clamp<std::uint64_t>(std::uint64_t{order} + 1, _min_filter_length, _max_filter_length);
   _filter_length = static_cast<uint32>(length);
   return true;
 }
@@ -209,8 +209,7 @@ void lib_fir_filter_design_t::_ideal_low_pass(uint32 length, fp64 cutoff, lib_iq
   }
 }
 
-void lib_fir_filter_design_t::_ideal_high_pass(uint32 length, fp64 cutoff,
-                                               lib_iq_data_arr_t& out) {
+void lib_fir_filter_design_t::_ideal_high_pass(uint32 length, fp64 cutoff, lib_iq_data_arr_t& out) {
   const fp64 half_width = (1.0 - cutoff) * 0.5;
   _ideal_low_pass(length, half_width, out);
   modulate_by_cosine(half_width + cutoff, out);

@@ -90,8 +90,7 @@ class lib_fir_filter_design_t {
   // windows are small; only the rectangle leaves the sampled mask intact (scaled by 1/length).
   // `taps` is emptied first; an empty mask or an illegal length is reported and gives false.
   static bool generate_windowed_filter_data(uint32 length, window_type_t type,
-                                            const lib_iq_data_arr_t& mask,
-                                            lib_iq_data_arr_t& taps);
+                                            const lib_iq_data_arr_t& mask, lib_iq_data_arr_t& taps);
   // The same with length = the power of 2 not below 4 times the mask's point count (at least 4).
   static bool generate_windowed_filter_data(const lib_iq_data_arr_t& mask, lib_iq_data_arr_t& taps,
                                             window_type_t type);

@@ -53,13 +53,16 @@ void fill_window(lib_iq_data_arr_t& out, uint32 length, bool normalize, shape_fn
   }
 }
 
-fp64 half_span(uint32 length) { return (static_cast<fp64>(length) - 1.0) * 0.5; }
+fp64 half_span(uint32 length) {
+  return (static_cast<fp64>(length) - 1.0) * 0.5;
+}
 
 }  // namespace
 
 void lib_window_function_t::apply_window_functon(lib_iq_data_arr_t& samples, window_type_t type) {
   if (samples.size() < 2) {
-    lib_report("lib_window_function_t::apply_window_functon Report: Input Data Array is Too Short!");
+    lib_report(
+        "lib_window_function_t::apply_window_functon Report: Input Data Array is Too Short!");
     return;
   }
   lib_iq_data_arr_t window;
@@ -90,7 +93,8 @@ void lib_window_function_t::_generate_win_data_arr(lib_iq_data_arr_t& out, windo
   const lib_fp_data_arr_t* coefficients = cosine_sum_coefficients(type);
   if (coefficients == nullptr) {
     out.clear();
-    lib_report("lib_window_function_t::_generate_win_data_arr Report : Error Window Function Type!");
+    lib_report(
+        "lib_window_function_t::_generate_win_data_arr Report : Error Window Function Type!");
     return;
   }
   const fp64 last_index = static_cast<fp64>(length) - 1.0;
@@ -106,7 +110,8 @@ void lib_window_function_t::_generate_win_data_arr(lib_iq_data_arr_t& out, windo
 void lib_window_function_t::generate_kaiser_window(lib_iq_data_arr_t& out, uint32 length,
                                                    bool normalize, fp64 beta) {
   if (beta < 0.0) {
-    lib_report("lib_window_function_t::generate_kaiser_window Report: Beta should be NOT Negative!");
+    lib_report(
+        "lib_window_function_t::generate_kaiser_window Report: Beta should be NOT Negative!");
     return;
   }
   const fp64 m = half_span(length);
@@ -121,7 +126,8 @@ void lib_window_function_t::generate_gauss_window(lib_iq_data_arr_t& out, uint32
                                                   bool normalize, fp64 width_factor) {
   out.assign(length, {0.0, 0.0});
   if (width_factor < 0.0 || std::abs(width_factor) < lib_tolerance) {
-    lib_report("lib_window_function_t::generate_gauss_window Report: Width_factor should be positive!");
+    lib_report(
+        "lib_window_function_t::generate_gauss_window Report: Width_factor should be positive!");
     return;
   }
   const fp64 m = half_span(length);
@@ -145,18 +151,27 @@ fp64 lib_window_function_t::_calc_polynomial(const lib_fp_data_arr_t& coefficien
 
 fp64 lib_window_function_t::_calc_bessel_i0(fp64 x) {
   // Power series in (x/2)^2 near zero, then two asymptotic fits in 1/x.
-  static const lib_fp_data_arr_t series{
-      1.0,                    0.24999999999999992,    0.027777777777778227,
-      0.001736111111110238,   6.944444444533525e-05,  1.9290123451321993e-06,
-      3.936759911025107e-08,  6.151186727044393e-10,  7.594070020589734e-12,
-      7.593897933698364e-14,  6.277677736362927e-16,  4.347097041532723e-18,
-      2.6341774269010917e-20, 1.1394303774482283e-22, 9.079269200856249e-25};
+  static const lib_fp_data_arr_t series{1.0,
+                                        0.24999999999999992,
+                                        0.027777777777778227,
+                                        0.001736111111110238,
+                                        6.944444444533525e-05,
+                                        1.9290123451321993e-06,
+                                        3.936759911025107e-08,
+                                        6.151186727044393e-10,
+                                        7.594070020589734e-12,
+                                        7.593897933698364e-14,
+                                        6.277677736362927e-16,
+                                        4.347097041532723e-18,
+                                        2.6341774269010917e-20,
+                                        1.1394303774482283e-22,
+                                        9.079269200856249e-25};
   static const lib_fp_data_arr_t mid_range{
-      0.3989422804014251,  0.049867785060496196, 0.02805062339283126,  0.02922112251660479,
-      0.04442072994936595, 0.13097057460585673,  -3.35052280231727,    233.02571158351472,
-      -11336.635069717235, 424057.6743178673,    -12315702.859569874,  280231938.15526754,
-      -5018839997.137779,  70802924301.51091,    -784261082124.8112,   6768257378540.966,
-      -44903484969613.805, 224155239966959.0,    -813426467865659.4,   2023910973916877.8,
+      0.3989422804014251,  0.049867785060496196, 0.02805062339283126, 0.02922112251660479,
+      0.04442072994936595, 0.13097057460585673,  -3.35052280231727,   233.02571158351472,
+      -11336.635069717235, 424057.6743178673,    -12315702.859569874, 280231938.15526754,
+      -5018839997.137779,  70802924301.51091,    -784261082124.8112,  6768257378540.966,
+      -44903484969613.805, 224155239966959.0,    -813426467865659.4,  2023910973916877.8,
       -3086757152953709.0, 2175875438638190.8};
   static const lib_fp_data_arr_t large_range{0.3989422804014329, 0.04986778504914346,
                                              0.02805063089165061, 0.029217909685391518,

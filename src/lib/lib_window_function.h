@@ -53,7 +53,7 @@ class lib_window_function_t {
   static fp64 _calc_polynomial(const lib_fp_data_arr_t& coefficients, fp64 x);
 
   // Modified Bessel function of the first kind, order zero, to about 1e-15 relative. Even in x.
-  // Overflows to infinity from |x| of about 713 on, as I0 itself leaves the double range there.
+  // Infinity from |x| = 714 on, where I0 itself leaves the double range.
   static fp64 _calc_bessel_i0(fp64 x);
 };
 
