@@ -31,43 +31,25 @@ lib_fft_plan_manager_t::~lib_fft_plan_manager_t() {
   // still counts as running; destroy the plans regardless so that nothing leaks.
   std::lock_guard<std::mutex> lock(_mutex);
   _destroy_plans();
-  _free_buffers();
-}
-
-void lib_fft_plan_manager_t::_free_buffers() {
-  fftw_free(_input_buffer);
-  fftw_free(_output_buffer);
-  _input_buffer = nullptr;
-  _output_buffer = nullptr;
-  _buffer_length = 0;
 }
 
 void lib_fft_plan_manager_t::_init_buffer() {
   std::lock_guard<std::mutex> lock(_mutex);
-  _free_buffers();
-  _input_buffer = fftw_alloc_complex(initial_buffer_length);
-  _output_buffer = fftw_alloc_complex(initial_buffer_length);
-  if (_input_buffer == nullptr || _output_buffer == nullptr) {
+  if (!_planning_arrays.resize(initial_buffer_length)) {
     lib_report("lib_fft_plan_manager_t::_init_buffer Report : Fail to memory allocation!");
   }
-  _buffer_length = initial_buffer_length;
 }
 
 bool lib_fft_plan_manager_t::_resize_buffer(uint32 length) {
-  _free_buffers();
-  _input_buffer = fftw_alloc_complex(length);
-  _output_buffer = fftw_alloc_complex(length);
-  if (_input_buffer == nullptr || _output_buffer == nullptr) {
+  if (!_planning_arrays.resize(length)) {
     lib_report("lib_fft_plan_manager_t::_resize_buffer Report : Fail to memory allocation!");
-    _free_buffers();
     return false;
   }
-  _buffer_length = length;
   return true;
 }
 
 bool lib_fft_plan_manager_t::_check_buffer(uint32 length) {
-  if (_buffer_length < length || _input_buffer == nullptr || _output_buffer == nullptr) {
+  if (_planning_arrays.length() < length || !_planning_arrays.valid()) {
     return _resize_buffer(std::max(length, initial_buffer_length));
   }
   return true;
@@ -78,8 +60,8 @@ void lib_fft_plan_manager_t::_create_plan(uint32 length, int sign,
   if (plans.count(length) != 0 || !_check_buffer(length)) {
     return;
   }
-  const fftw_plan plan = fftw_plan_dft_1d(static_cast<int>(length), _input_buffer, _output_buffer,
-                                          sign, FFTW_ESTIMATE);
+  const fftw_plan plan = fftw_plan_dft_1d(static_cast<int>(length), _planning_arrays.input(),
+                                          _planning_arrays.output(), sign, FFTW_ESTIMATE);
   if (plan != nullptr) {
     plans.emplace(length, plan);
   }

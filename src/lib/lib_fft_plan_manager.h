@@ -13,6 +13,7 @@
 #include <mutex>
 #include <unordered_map>
 
+#include "lib/lib_fftw_work_arrays.h"
 #include "lib/lib_sharded_counter.h"
 #include "lib/lib_types.h"
 
@@ -57,7 +58,6 @@ class lib_fft_plan_manager_t {
   void _create_plan(uint32 length, int sign, std::unordered_map<uint32, fftw_plan>& plans);
   fftw_plan _get_plan(uint32 length, bool inverse);
   fftw_plan _get_plan_for_this_thread(uint32 length, bool inverse);
-  void _free_buffers();
   // Destroys every plan and FFTW's accumulated state; the caller holds the mutex.
   void _destroy_plans();
 
@@ -68,9 +68,7 @@ class lib_fft_plan_manager_t {
   // this changes, so that steady-state lookups take no lock.
   std::atomic<std::uint64_t> _generation{0};
   // Planning buffers: FFTW_ESTIMATE never reads them, but plans take their alignment from them.
-  uint32 _buffer_length = 0;
-  fftw_complex* _input_buffer = nullptr;
-  fftw_complex* _output_buffer = nullptr;
+  lib_fftw_work_arrays_t _planning_arrays{0};
   std::unordered_map<uint32, fftw_plan> _forward_plans;
   std::unordered_map<uint32, fftw_plan> _backward_plans;
 };

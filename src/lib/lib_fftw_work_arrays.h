@@ -19,6 +19,7 @@ class lib_fftw_work_arrays_t {
   // Sets the length, reallocating only when the arrays are too small; returns `valid()`.
   bool resize(uint32 length);
   bool valid() const { return _input != nullptr && _output != nullptr; }
+  uint32 length() const { return _length; }
   fftw_complex* input() { return _input; }
   fftw_complex* output() { return _output; }
 
