@@ -58,7 +58,8 @@ void overlap_add(benchmark::State& state, nal::uint32 threads) {
 void overlap_add_thread_rule(benchmark::State& state) {
   lib_iq_data_arr_t out;
   for (auto _ : state) {
-    nal::common_lib::lib_convolution_t::deal_fft_convolution(data().samples, data().taps, out, true);
+    nal::common_lib::lib_convolution_t::deal_fft_convolution(data().samples, data().taps, out,
+                                                             true);
     benchmark::DoNotOptimize(out.data());
   }
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * sample_count));
@@ -83,16 +84,25 @@ void liquid_firfilt(benchmark::State& state) {
 int main(int argc, char** argv) {
   data();
   benchmark::RegisterBenchmark("overlap_add/1_thread", overlap_add, 1u)
-      ->Unit(benchmark::kMillisecond)->Iterations(4)->UseRealTime();
+      ->Unit(benchmark::kMillisecond)
+      ->Iterations(4)
+      ->UseRealTime();
   benchmark::RegisterBenchmark("overlap_add/thread_rule", overlap_add_thread_rule)
-      ->Unit(benchmark::kMillisecond)->Iterations(4)->UseRealTime();
+      ->Unit(benchmark::kMillisecond)
+      ->Iterations(4)
+      ->UseRealTime();
   benchmark::RegisterBenchmark("overlap_add/2_threads", overlap_add, 2u)
-      ->Unit(benchmark::kMillisecond)->Iterations(4)->UseRealTime();
+      ->Unit(benchmark::kMillisecond)
+      ->Iterations(4)
+      ->UseRealTime();
   benchmark::RegisterBenchmark("liquid_firfilt_cccf", liquid_firfilt)
-      ->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
+      ->Unit(benchmark::kMillisecond)
+      ->Iterations(2)
+      ->UseRealTime();
   return wavelume_bench::run_benchmarks_with_ratios(
       argc, argv,
-      {{"overlap-add, 1 thread / liquid-dsp firfilt_cccf", "overlap_add/1_thread", "liquid_firfilt"},
+      {{"overlap-add, 1 thread / liquid-dsp firfilt_cccf", "overlap_add/1_thread",
+        "liquid_firfilt"},
        {"overlap-add, 2 threads / 1 thread", "overlap_add/2_threads", "overlap_add/1_thread"},
        {"overlap-add, thread rule / 1 thread", "overlap_add/thread_rule", "overlap_add/1_thread"}});
 }

@@ -67,10 +67,13 @@ void direct_fftw(benchmark::State& state) {
 int main(int argc, char** argv) {
   shared_plan();
   benchmark::RegisterBenchmark("plan_cache/deal_fft_64", plan_cache)
-      ->Threads(threads)->Iterations(transforms_per_thread)->UseRealTime();
+      ->Threads(threads)
+      ->Iterations(transforms_per_thread)
+      ->UseRealTime();
   benchmark::RegisterBenchmark("direct/fftw_execute_dft_64", direct_fftw)
-      ->Threads(threads)->Iterations(transforms_per_thread)->UseRealTime();
+      ->Threads(threads)
+      ->Iterations(transforms_per_thread)
+      ->UseRealTime();
   return wavelume_bench::run_benchmarks_with_ratios(
-      argc, argv,
-      {{"deal_fft / direct fftw_execute_dft (transforms/s)", "plan_cache", "direct"}});
+      argc, argv, {{"deal_fft / direct fftw_execute_dft (transforms/s)", "plan_cache", "direct"}});
 }

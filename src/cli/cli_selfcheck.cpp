@@ -119,8 +119,9 @@ int run_selfcheck(std::ostream& report) {
     report << (passed ? "PASS " : "FAIL ") << check.name << ": " << std::scientific
            << std::setprecision(2) << value << " (limit " << check.limit << ")\n";
   }
-  report << std::fixed << std::setprecision(1) << "filter throughput, 257 taps: "
-         << measure_filter_throughput() / 1e6 << " M samples/s\n";
+  report << std::fixed << std::setprecision(1)
+         << "filter throughput, 257 taps: " << measure_filter_throughput() / 1e6
+         << " M samples/s\n";
   const int passed = static_cast<int>(std::size(checks)) - failures;
   report << passed << " passed, " << failures << " failed" << std::endl;
   return failures == 0 ? 0 : 1;

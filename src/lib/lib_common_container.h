@@ -24,8 +24,7 @@ class lib_common_container_t {
 
   // Clears `values` and appends the values of `map` in ascending key order.
   template <typename key_t, typename value_t>
-  static void get_map_value_arr(const std::map<key_t, value_t>& map,
-                                std::vector<value_t>& values) {
+  static void get_map_value_arr(const std::map<key_t, value_t>& map, std::vector<value_t>& values) {
     values.clear();
     values.reserve(map.size());
     for (const auto& entry : map) {
@@ -35,8 +34,7 @@ class lib_common_container_t {
 
   // Assigns values[i] to the i-th key in ascending order; the sizes must be equal.
   template <typename key_t, typename value_t>
-  static bool set_map_value_arr(const std::vector<value_t>& values,
-                                std::map<key_t, value_t>& map) {
+  static bool set_map_value_arr(const std::vector<value_t>& values, std::map<key_t, value_t>& map) {
     if (values.size() != map.size()) {
       lib_report(
           "lib_common_container_t::set_map_value_arr Report: Value Array size is NOT EQUAL to data "

@@ -11,7 +11,9 @@ namespace nal::common_lib {
 
 namespace {
 
-bool is_idle(fp64 value) { return std::abs(value) <= lib_tolerance; }
+bool is_idle(fp64 value) {
+  return std::abs(value) <= lib_tolerance;
+}
 bool is_idle(const lib_iq_sample_t& sample) {
   return plib_t::get_complex_amplitude(sample) <= lib_tolerance;
 }
@@ -108,7 +110,8 @@ fp64 lib_common_signal_process_t::get_burst_rms_scale(const lib_iq_data_arr_t& s
                                                       fp64 decibels) {
   lib_iq_data_arr_t burst;
   remove_idle_samples(samples, burst);
-  return burst.empty() ? 1.0 : plib_t::get_complex_array_rms(burst) * plib_t::db_to_amplitude(decibels);
+  return burst.empty() ? 1.0
+                       : plib_t::get_complex_array_rms(burst) * plib_t::db_to_amplitude(decibels);
 }
 
 }  // namespace nal::common_lib

@@ -10,8 +10,8 @@ namespace nal::common_lib {
 uint32 lib_common_type_cast_t::get_constellation_point(modulation_type_t type) {
   // Indexed by modulation_type_t value; Multitone2 (31) has no fixed size.
   static constexpr std::array<uint32, 31> points = {
-      2,  2,  2,  4,   4,   8,   16,  2,    4,    4,    8, 8, 16, 16, 32, 4,
-      8,  16, 32, 64,  128, 256, 512, 1024, 2048, 4096, 2, 2, 4,  8,  16};
+      2, 2,  2,  4,  4,   8,   16,  2,    4,    4,    8, 8, 16, 16, 32, 4,
+      8, 16, 32, 64, 128, 256, 512, 1024, 2048, 4096, 2, 2, 4,  8,  16};
   if (type >= points.size()) {
     lib_report("lib_common_type_cast_t::get_constellation_point Report: Error Constellation Type!");
     return 0;

@@ -69,7 +69,7 @@ class overlap_add_t {
     std::size_t team_size = 1;
     std::atomic<bool> allocated{true};
 
-#pragma omp parallel num_threads(static_cast<int>(thread_count))
+#pragma omp parallel num_threads(static_cast <int>(thread_count))
     {
       const std::size_t team = static_cast<std::size_t>(omp_get_num_threads());
       const std::size_t thread = static_cast<std::size_t>(omp_get_thread_num());
@@ -143,7 +143,8 @@ class overlap_add_t {
   // out[start + j] = base[j] + addend[j], within the output.
   void _store(lib_iq_data_arr_t& out, std::size_t start, const lib_iq_data_arr_t& base,
               const lib_iq_sample_t* addend) const {
-    const std::size_t count = start < _out_length ? std::min<std::size_t>(_hop, _out_length - start) : 0;
+    const std::size_t count =
+        start < _out_length ? std::min<std::size_t>(_hop, _out_length - start) : 0;
     for (std::size_t j = 0; j < count; ++j) {
       out[start + j] = base[j] + addend[j];
     }

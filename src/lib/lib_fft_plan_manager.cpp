@@ -129,7 +129,9 @@ fftw_plan lib_fft_plan_manager_t::acquire_plan(uint32 length, bool inverse) {
   return plan;
 }
 
-void lib_fft_plan_manager_t::release_plan() { _calculating_count.decrement(); }
+void lib_fft_plan_manager_t::release_plan() {
+  _calculating_count.decrement();
+}
 
 bool lib_fft_plan_manager_t::deal_transform(uint32 length, const lib_iq_data_arr_t& input,
                                             lib_iq_data_arr_t& out, bool inverse) {
@@ -173,7 +175,8 @@ bool lib_fft_plan_manager_t::clear_up() {
   // looks for its plan, so a plan handed out before this point is always seen here.
   ++_generation;
   if (_calculating_count.sum() != 0) {
-    lib_report("lib_fftw_plan_manager_t::clear_up Report: Try to clear fftw plan during calculation!");
+    lib_report(
+        "lib_fftw_plan_manager_t::clear_up Report: Try to clear fftw plan during calculation!");
     return false;
   }
   _destroy_plans();

@@ -13,12 +13,15 @@ lib_fftw_plan_multi_thread_t& lib_fftw_plan_multi_thread_t::instance() {
   return transform;
 }
 
-lib_fftw_plan_multi_thread_t::lib_fftw_plan_multi_thread_t() { _init_multi_thread_fftw(); }
+lib_fftw_plan_multi_thread_t::lib_fftw_plan_multi_thread_t() {
+  _init_multi_thread_fftw();
+}
 
 void lib_fftw_plan_multi_thread_t::_init_multi_thread_fftw() {
   if (!lib_fftw_library_t::initialise()) {
     lib_report(
-        "lib_fftw_plan_multi_thread_t::_init_multi_thread_fftw Report : Init fftw with multi-thread "
+        "lib_fftw_plan_multi_thread_t::_init_multi_thread_fftw Report : Init fftw with "
+        "multi-thread "
         "Failed!");
   }
   _thread_number = 1;
@@ -30,7 +33,9 @@ void lib_fftw_plan_multi_thread_t::set_thread_number(uint32 threads) {
   fftw_plan_with_nthreads(static_cast<int>(threads));
 }
 
-void lib_fftw_plan_multi_thread_t::reset_thread_number() { set_thread_number(1); }
+void lib_fftw_plan_multi_thread_t::reset_thread_number() {
+  set_thread_number(1);
+}
 
 bool lib_fftw_plan_multi_thread_t::deal_transform(uint32 length, const lib_iq_data_arr_t& input,
                                                   lib_iq_data_arr_t& out, bool inverse) {
@@ -40,7 +45,8 @@ bool lib_fftw_plan_multi_thread_t::deal_transform(uint32 length, const lib_iq_da
     return false;
   }
   if (input.size() > length) {
-    lib_report("lib_fftw_plan_multi_thread_t::deal_transform Report : Input data length NOT match!");
+    lib_report(
+        "lib_fftw_plan_multi_thread_t::deal_transform Report : Input data length NOT match!");
     return false;
   }
   lib_fftw_work_arrays_t arrays(length);
@@ -49,9 +55,8 @@ bool lib_fftw_plan_multi_thread_t::deal_transform(uint32 length, const lib_iq_da
     return false;
   }
   // Planning may write the arrays, so the input is copied in only afterwards.
-  const fftw_plan plan = fftw_plan_dft_1d(static_cast<int>(length), arrays.input(),
-                                          arrays.output(), inverse ? FFTW_BACKWARD : FFTW_FORWARD,
-                                          FFTW_ESTIMATE);
+  const fftw_plan plan = fftw_plan_dft_1d(static_cast<int>(length), arrays.input(), arrays.output(),
+                                          inverse ? FFTW_BACKWARD : FFTW_FORWARD, FFTW_ESTIMATE);
   if (plan == nullptr) {
     lib_report("lib_fftw_plan_multi_thread_t::deal_transform Report : Fail to create plan!");
     return false;

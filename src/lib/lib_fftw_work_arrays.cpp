@@ -4,9 +4,13 @@
 
 namespace nal::common_lib {
 
-lib_fftw_work_arrays_t::lib_fftw_work_arrays_t(uint32 length) { resize(length); }
+lib_fftw_work_arrays_t::lib_fftw_work_arrays_t(uint32 length) {
+  resize(length);
+}
 
-lib_fftw_work_arrays_t::~lib_fftw_work_arrays_t() { _free(); }
+lib_fftw_work_arrays_t::~lib_fftw_work_arrays_t() {
+  _free();
+}
 
 void lib_fftw_work_arrays_t::_free() {
   fftw_free(_input);

@@ -183,7 +183,8 @@ void lib_filter_t::_prepare_input_data(lib_iq_data_arr_t& samples, uint32 extens
   extended.reserve(length + 2 * e);
   extended.insert(extended.end(), samples.end() - static_cast<std::ptrdiff_t>(e), samples.end());
   extended.insert(extended.end(), samples.begin(), samples.end());
-  extended.insert(extended.end(), samples.begin(), samples.begin() + static_cast<std::ptrdiff_t>(e));
+  extended.insert(extended.end(), samples.begin(),
+                  samples.begin() + static_cast<std::ptrdiff_t>(e));
   samples = std::move(extended);
 }
 

@@ -12,7 +12,9 @@ namespace nal::common_lib {
 
 namespace {
 
-uint32 input_size(const lib_iq_data_arr_t& input) { return static_cast<uint32>(input.size()); }
+uint32 input_size(const lib_iq_data_arr_t& input) {
+  return static_cast<uint32>(input.size());
+}
 
 uint32 forward_length(const lib_iq_data_arr_t& input, uint32 length) {
   return (length != 0 && length >= input.size()) ? length : input_size(input);

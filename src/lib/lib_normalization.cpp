@@ -14,7 +14,8 @@ namespace {
 // Applies the shared checks, then divides every element by `scale`. `method` is the qualified
 // name used in the report lines, `scale_name` the word of the too-small line.
 template <typename array_t, typename scale_fn_t>
-void divide_by_scale(array_t& data, const char* method, const char* scale_name, scale_fn_t scale_of) {
+void divide_by_scale(array_t& data, const char* method, const char* scale_name,
+                     scale_fn_t scale_of) {
   if (data.empty()) {
     lib_report(std::string(method) + " Report: An EMPTY data array is to normalize!");
     return;

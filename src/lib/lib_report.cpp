@@ -17,6 +17,8 @@ void lib_report(const std::string& line, fp64 value) {
   lib_report(text.str());
 }
 
-void lib_report(const std::string& line, long long value) { lib_report(line + std::to_string(value)); }
+void lib_report(const std::string& line, long long value) {
+  lib_report(line + std::to_string(value));
+}
 
 }  // namespace nal::common_lib

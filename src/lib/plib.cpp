@@ -14,7 +14,9 @@ namespace {
 
 constexpr fp64 two_pi = 2.0 * lib_pi;
 
-bool is_near_integer(fp64 x) { return std::abs(x - std::round(x)) < lib_tolerance; }
+bool is_near_integer(fp64 x) {
+  return std::abs(x - std::round(x)) < lib_tolerance;
+}
 
 // Brings `value` into [low, low + period) by whole periods. Far-away values are first reduced
 // with fmod so that the stepping loop stays short; non-finite values are returned unchanged.
@@ -37,9 +39,13 @@ fp64 wrap_into(fp64 value, fp64 low, fp64 period) {
 
 }  // namespace
 
-bool plib_t::is_power_of_2(uint32 x) { return is_near_integer(std::log2(static_cast<fp64>(x))); }
+bool plib_t::is_power_of_2(uint32 x) {
+  return is_near_integer(std::log2(static_cast<fp64>(x)));
+}
 
-bool plib_t::is_square_number(uint32 x) { return is_near_integer(std::sqrt(static_cast<fp64>(x))); }
+bool plib_t::is_square_number(uint32 x) {
+  return is_near_integer(std::sqrt(static_cast<fp64>(x)));
+}
 
 uint32 plib_t::next_power_of_2(uint32 target, uint32 start) {
   uint32 value = (start == 0 && target > 0) ? 1 : start;
@@ -62,17 +68,25 @@ uint32 plib_t::nearest_power_of_2(uint32 value, uint32 lower_bound) {
   return std::abs(power - target) >= std::abs(target - half) ? half : power;
 }
 
-fp64 plib_t::wrap_phase(fp64 radians) { return wrap_into(radians, -lib_pi, two_pi); }
+fp64 plib_t::wrap_phase(fp64 radians) {
+  return wrap_into(radians, -lib_pi, two_pi);
+}
 
-fp64 plib_t::wrap_phase_degree(fp64 degrees) { return wrap_into(degrees, -180.0, 360.0); }
+fp64 plib_t::wrap_phase_degree(fp64 degrees) {
+  return wrap_into(degrees, -180.0, 360.0);
+}
 
-fp64 plib_t::degree_to_radian(fp64 degrees) { return wrap_phase_degree(degrees) * two_pi / 360.0; }
+fp64 plib_t::degree_to_radian(fp64 degrees) {
+  return wrap_phase_degree(degrees) * two_pi / 360.0;
+}
 
 fp64 plib_t::amplitude_to_db(fp64 value, fp64 floor) {
   return 20.0 * std::log10(std::max(value, floor));
 }
 
-fp64 plib_t::db_to_amplitude(fp64 decibels) { return std::pow(10.0, decibels / 20.0); }
+fp64 plib_t::db_to_amplitude(fp64 decibels) {
+  return std::pow(10.0, decibels / 20.0);
+}
 
 fp64 plib_t::get_complex_amplitude(const lib_iq_sample_t& sample) {
   return std::sqrt(sample.real() * sample.real() + sample.imag() * sample.imag());

@@ -25,7 +25,8 @@ lib_iq_data_arr_t from_amplitudes(std::initializer_list<double> values) {
 
 TEST(SignalProcess, IdleRunsOfThreeOrMoreAreRemoved) {
   lib_iq_data_arr_t out;
-  lib_common_signal_process_t::remove_idle_samples(from_amplitudes({1, 0, 0, 1, 0, 0, 0, 0, 1}), out);
+  lib_common_signal_process_t::remove_idle_samples(from_amplitudes({1, 0, 0, 1, 0, 0, 0, 0, 1}),
+                                                   out);
   EXPECT_EQ(out, from_amplitudes({1, 0, 0, 1, 1}));
   lib_common_signal_process_t::remove_idle_samples(from_amplitudes({0, 0, 0, 2, 0, 0}), out);
   EXPECT_EQ(out, from_amplitudes({2, 0, 0}));
@@ -74,8 +75,10 @@ TEST(SignalProcess, BurstStatisticsIgnoreIdleTime) {
   const lib_iq_data_arr_t burst = from_amplitudes({0, 0, 0, 0, 1, -1, 1, -1, 0, 0, 0});
   EXPECT_DOUBLE_EQ(lib_common_signal_process_t::get_burst_peak_to_rms_ratio(burst), 0.0);
   EXPECT_DOUBLE_EQ(lib_common_signal_process_t::get_burst_rms_scale(burst, 20.0), 10.0);
-  EXPECT_DOUBLE_EQ(lib_common_signal_process_t::get_burst_rms_scale(lib_iq_data_arr_t(5), 0.0), 1.0);
-  EXPECT_DOUBLE_EQ(lib_common_signal_process_t::get_burst_peak_to_rms_ratio(lib_iq_data_arr_t(5)), 0.0);
+  EXPECT_DOUBLE_EQ(lib_common_signal_process_t::get_burst_rms_scale(lib_iq_data_arr_t(5), 0.0),
+                   1.0);
+  EXPECT_DOUBLE_EQ(lib_common_signal_process_t::get_burst_peak_to_rms_ratio(lib_iq_data_arr_t(5)),
+                   0.0);
 }
 
 TEST(TypeCast, ConstellationSizesAndModulators) {
@@ -90,15 +93,17 @@ TEST(TypeCast, ConstellationSizesAndModulators) {
 
   testing::internal::CaptureStdout();
   EXPECT_EQ(lib_common_type_cast_t::get_constellation_point(nal::MOD_MULTITONE2), 0u);
-  EXPECT_EQ(lib_common_type_cast_t::get_symbol_bit_number(static_cast<nal::modulation_type_t>(99), 4),
-            0u);
+  EXPECT_EQ(
+      lib_common_type_cast_t::get_symbol_bit_number(static_cast<nal::modulation_type_t>(99), 4),
+      0u);
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
             "lib_common_type_cast_t::get_constellation_point Report: Error Constellation Type!\n"
             "lib_common_type_cast_t::get_constellation_point Report: Error Constellation Type!\n");
 
   EXPECT_EQ(lib_common_type_cast_t::get_modulator_type(nal::MOD_4096QAM), nal::MODULATOR_APSK_QAM);
   EXPECT_EQ(lib_common_type_cast_t::get_modulator_type(nal::MOD_2FSK), nal::MODULATOR_MFSK);
-  EXPECT_EQ(lib_common_type_cast_t::get_modulator_type(nal::MOD_MULTITONE2), nal::MODULATOR_MULTITONE);
+  EXPECT_EQ(lib_common_type_cast_t::get_modulator_type(nal::MOD_MULTITONE2),
+            nal::MODULATOR_MULTITONE);
 
   lib_iq_data_arr_t out = from_amplitudes({9});
   lib_common_type_cast_t::real_to_complex_arr({1.5, -2.0}, out);
@@ -123,11 +128,14 @@ TEST(EnumText, MapsHoldEveryValueOnceWithUniqueTexts) {
 TEST(EnumText, LookupIsExactAndAMissLeavesTheValue) {
   using nal::common_lib::lib_enum_text_t;
   nal::filter_type_t filter = nal::FILTER_NONE;
-  EXPECT_TRUE(lib_enum_text_t::get_enum_value(nal::common_lib::filter_type_text_map(), "Gaussian", filter));
+  EXPECT_TRUE(
+      lib_enum_text_t::get_enum_value(nal::common_lib::filter_type_text_map(), "Gaussian", filter));
   EXPECT_EQ(filter, nal::FILTER_GAUSSIAN);
-  EXPECT_FALSE(lib_enum_text_t::get_enum_value(nal::common_lib::filter_type_text_map(), "gaussian", filter));
+  EXPECT_FALSE(
+      lib_enum_text_t::get_enum_value(nal::common_lib::filter_type_text_map(), "gaussian", filter));
   EXPECT_EQ(filter, nal::FILTER_GAUSSIAN);
-  EXPECT_EQ(lib_enum_text_t::get_enum_text(nal::common_lib::filter_type_text_map(), nal::FILTER_HALF_SINE),
+  EXPECT_EQ(lib_enum_text_t::get_enum_text(nal::common_lib::filter_type_text_map(),
+                                           nal::FILTER_HALF_SINE),
             "Half Sine");
 
   const std::map<nal::filter_type_t, std::string> empty;
@@ -152,9 +160,10 @@ TEST(Container, MapArrayRoundTripAndSizeCheck) {
 
   testing::internal::CaptureStdout();
   EXPECT_FALSE(lib_common_container_t::set_map_value_arr(std::vector<double>{1}, map));
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "lib_common_container_t::set_map_value_arr Report: Value Array size is NOT EQUAL to data "
-            "map!\n");
+  EXPECT_EQ(
+      testing::internal::GetCapturedStdout(),
+      "lib_common_container_t::set_map_value_arr Report: Value Array size is NOT EQUAL to data "
+      "map!\n");
 
   EXPECT_EQ(lib_common_container_t::get_max_element({3, 9, 2, 9}), 9u);
   EXPECT_THROW(lib_common_container_t::get_max_element({}), std::out_of_range);

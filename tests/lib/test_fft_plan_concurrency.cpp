@@ -68,8 +68,9 @@ TEST(FftPlanConcurrency, ClearUpRefusesWhileAPlanIsInUse) {
   ASSERT_NE(manager.acquire_plan(128, false), nullptr);
   testing::internal::CaptureStdout();
   EXPECT_FALSE(manager.clear_up());
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "lib_fftw_plan_manager_t::clear_up Report: Try to clear fftw plan during calculation!\n");
+  EXPECT_EQ(
+      testing::internal::GetCapturedStdout(),
+      "lib_fftw_plan_manager_t::clear_up Report: Try to clear fftw plan during calculation!\n");
   manager.release_plan();
   EXPECT_TRUE(manager.clear_up());
 }
@@ -89,7 +90,8 @@ TEST(FftPlanConcurrency, ZeroLengthIsRefusedWithoutBlockingClearUp) {
   lib_iq_data_arr_t out;
   testing::internal::CaptureStdout();
   EXPECT_FALSE(lib_fourier_transform_t::deal_fft(lib_iq_data_arr_t(), out));
-  EXPECT_NE(testing::internal::GetCapturedStdout().find("deal_transform Report"), std::string::npos);
+  EXPECT_NE(testing::internal::GetCapturedStdout().find("deal_transform Report"),
+            std::string::npos);
   EXPECT_TRUE(lib_fft_plan_manager_t::instance().clear_up());
 }
 

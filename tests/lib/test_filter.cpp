@@ -32,15 +32,16 @@ double textbook_root_raised_cosine(double t, double b) {
   }
   if (std::abs(std::abs(4.0 * b * t) - 1.0) < 1e-12) {
     return b / std::sqrt(2.0) *
-           ((1.0 + 2.0 / pi) * std::sin(pi / (4.0 * b)) + (1.0 - 2.0 / pi) * std::cos(pi / (4.0 * b)));
+           ((1.0 + 2.0 / pi) * std::sin(pi / (4.0 * b)) +
+            (1.0 - 2.0 / pi) * std::cos(pi / (4.0 * b)));
   }
   return (std::sin(pi * t * (1.0 - b)) + 4.0 * b * t * std::cos(pi * t * (1.0 + b))) /
          (pi * t * (1.0 - 16.0 * b * b * t * t));
 }
 
 // Taps of `pulse` at the library's tap times, scaled to unit energy.
-lib_iq_data_arr_t unit_energy_taps(nal::uint32 length, nal::uint32 ratio, double (*pulse)(double, double),
-                                   double b) {
+lib_iq_data_arr_t unit_energy_taps(nal::uint32 length, nal::uint32 ratio,
+                                   double (*pulse)(double, double), double b) {
   const nal::uint32 span = length * ratio;
   lib_iq_data_arr_t taps(span + 1);
   double energy = 0.0;
@@ -220,7 +221,8 @@ TEST(PulseFilter, DegenerateInputs) {
   lib_iq_data_arr_t y = x;
   testing::internal::CaptureStdout();
   EXPECT_FALSE(lib_filter_t::deal_filter(lib_iq_data_arr_t(), x, y, true));
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "lib_filter_t::deal_filter Report: Empty Data Array!\n");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_filter_t::deal_filter Report: Empty Data Array!\n");
   EXPECT_TRUE(y.empty());
 
   // One tap: the convolution copies its input, and the cyclic cut gives the samples back.
