@@ -10,6 +10,7 @@ namespace nal {
 
 using fp64 = double;
 using uint32 = std::uint32_t;
+using uint64 = std::uint64_t;
 
 // One complex sample: real part I, imaginary part Q. Layout-compatible with fftw_complex.
 using lib_iq_sample_t = std::complex<fp64>;

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "lib/lib_fft_plan_manager.h"
 #include "lib/lib_fourier_transform.h"
 #include "tests/lib/test_signals.h"
@@ -53,15 +55,20 @@ TEST(FourierTransform, InverseLengthFallsBackOrIsRefused) {
   ASSERT_TRUE(lib_fourier_transform_t::deal_ifft(x, out, 16));
   EXPECT_EQ(out.size(), 8u);
 
-  // This refusal leaves a transform counted as running, so clear_up refuses afterwards in this
-  // process; CTest runs every test in a process of its own.
-  const lib_iq_data_arr_t untouched = random_samples(2, 7);
-  out = untouched;
-  testing::internal::CaptureStdout();
-  EXPECT_FALSE(lib_fourier_transform_t::deal_ifft(x, out, 4));
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "lib_fft_plan_manager_t::deal_transform Report : Input data length NOT match!\n");
-  EXPECT_EQ(out, untouched);
+  // This refusal leaves a transform counted as running, so clear_up refuses for the rest of the
+  // process: check it in a child process of its own.
+  EXPECT_EXIT(
+      {
+        const lib_iq_data_arr_t untouched = random_samples(2, 7);
+        lib_iq_data_arr_t kept = untouched;
+        testing::internal::CaptureStdout();
+        const bool refused = !lib_fourier_transform_t::deal_ifft(x, kept, 4);
+        const bool reported =
+            testing::internal::GetCapturedStdout() ==
+            "lib_fft_plan_manager_t::deal_transform Report : Input data length NOT match!\n";
+        std::exit(refused && reported && kept == untouched ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
 }
 
 TEST(FourierTransform, ShiftPutsBinZeroAtTheCentre) {

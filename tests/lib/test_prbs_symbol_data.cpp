@@ -1,0 +1,543 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "lib/lib_prbs_code.h"
+#include "lib/lib_symbol_data.h"
+
+namespace {
+
+using nal::uint32;
+using nal::uint64;
+using nal::common_lib::lib_prbs_code_t;
+using nal::common_lib::lib_symbol_data_t;
+using bit_arr_t = std::vector<std::uint8_t>;
+
+struct prbs_case_t {
+  uint32 type;
+  uint32 length;
+  std::vector<uint32> taps;
+};
+
+const std::vector<prbs_case_t>& table_cases() {
+  static const std::vector<prbs_case_t> cases = {
+      {0, 7, {7, 6}},    {1, 9, {9, 5}},    {2, 11, {11, 9}},
+      {3, 15, {15, 14}}, {4, 23, {23, 18}}, {5, 31, {31, 28}},
+  };
+  return cases;
+}
+
+// Textbook Fibonacci register kept as an array of stages, stage 1 first: the output is the last
+// stage (or the feedback), the feedback enters stage 1 and every stage moves one place on.
+bit_arr_t reference_lfsr(const std::vector<uint32>& taps, uint64 seed, std::size_t count,
+                         bool feedback_output = false) {
+  const uint32 length = *std::max_element(taps.begin(), taps.end());
+  std::vector<int> stage(length + 1);
+  for (uint32 k = 1; k <= length; ++k) {
+    stage[k] = static_cast<int>((seed >> (k - 1)) & 1);
+  }
+  bit_arr_t out;
+  for (std::size_t i = 0; i < count; ++i) {
+    int feedback = 0;
+    for (const uint32 t : taps) {
+      feedback ^= stage[t];
+    }
+    out.push_back(static_cast<std::uint8_t>(feedback_output ? feedback : stage[length]));
+    for (uint32 k = length; k > 1; --k) {
+      stage[k] = stage[k - 1];
+    }
+    stage[1] = feedback;
+  }
+  return out;
+}
+
+// Runs of one full period read cyclically, keyed by (bit value, run length).
+std::map<std::pair<int, std::size_t>, std::size_t> cyclic_runs(const bit_arr_t& bits) {
+  std::size_t first = 1;
+  while (bits[first] == bits[first - 1]) {
+    ++first;
+  }
+  std::map<std::pair<int, std::size_t>, std::size_t> runs;
+  std::size_t length = 0;
+  for (std::size_t i = 0; i < bits.size(); ++i) {
+    const std::size_t at = (first + i) % bits.size();
+    const std::size_t next = (at + 1) % bits.size();
+    ++length;
+    if (bits[next] != bits[at]) {
+      ++runs[{bits[at], length}];
+      length = 0;
+    }
+  }
+  return runs;
+}
+
+// True when the `length`-bit windows of one cyclic period are all distinct and non-zero: the
+// sequence then visits every non-zero register state once, the mark of a maximal-length one.
+bool every_window_once(const bit_arr_t& period, uint32 length) {
+  const uint64 mask = (uint64{1} << length) - 1;
+  std::vector<bool> seen(uint64{1} << length);
+  uint64 window = 0;
+  for (std::size_t i = 0; i < period.size() + length - 1; ++i) {
+    window = ((window << 1) | period[i % period.size()]) & mask;
+    if (i + 1 < length) {
+      continue;
+    }
+    if (window == 0 || seen[window]) {
+      return false;
+    }
+    seen[window] = true;
+  }
+  return true;
+}
+
+// GF(2) matrices as 64-bit columns: column j is the image of unit vector j.
+using gf2_matrix_t = std::vector<uint64>;
+
+uint64 gf2_apply(const gf2_matrix_t& m, uint64 v) {
+  uint64 out = 0;
+  for (std::size_t j = 0; j < m.size(); ++j) {
+    if ((v >> j) & 1) {
+      out ^= m[j];
+    }
+  }
+  return out;
+}
+
+gf2_matrix_t multiply(const gf2_matrix_t& a, const gf2_matrix_t& b) {
+  gf2_matrix_t out(b.size());
+  for (std::size_t j = 0; j < b.size(); ++j) {
+    out[j] = gf2_apply(a, b[j]);
+  }
+  return out;
+}
+
+gf2_matrix_t power(gf2_matrix_t m, uint64 exponent) {
+  gf2_matrix_t result(m.size());
+  for (std::size_t j = 0; j < m.size(); ++j) {
+    result[j] = uint64{1} << j;
+  }
+  for (; exponent != 0; exponent >>= 1) {
+    if (exponent & 1) {
+      result = multiply(m, result);
+    }
+    m = multiply(m, m);
+  }
+  return result;
+}
+
+TEST(PrbsCode, DefaultsAndRegisterChecks) {
+  lib_prbs_code_t prbs;
+  EXPECT_EQ(prbs.get_prbs_type(), 0u);
+  EXPECT_EQ(prbs.get_register(), 127u);
+  EXPECT_EQ(prbs.get_lfsr_length(), 7u);
+  EXPECT_EQ(prbs.get_taps(), (std::vector<uint32>{7, 6}));
+  EXPECT_FALSE(prbs.is_register_valid(0));
+  EXPECT_FALSE(prbs.is_register_valid(128));
+  EXPECT_TRUE(prbs.is_register_valid(127));
+
+  for (const auto& c : table_cases()) {
+    prbs.set_register(5);
+    EXPECT_TRUE(prbs.set_prbs_type(c.type));
+    EXPECT_EQ(prbs.get_lfsr_length(), c.length);
+    EXPECT_EQ(prbs.get_register(), (uint64{1} << c.length) - 1) << "type " << c.type;
+    prbs.set_register(1);
+    prbs.reset_register();
+    EXPECT_EQ(prbs.get_register(), (uint64{1} << c.length) - 1);
+  }
+
+  bit_arr_t bits = {1};
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(prbs.set_prbs_type(6));
+  EXPECT_EQ(prbs.get_register(), 0u);
+  EXPECT_FALSE(prbs.is_register_valid(1));
+  EXPECT_EQ(prbs.generate(10, bits), 0u);
+  EXPECT_TRUE(bits.empty());
+  const std::string report = testing::internal::GetCapturedStdout();
+  EXPECT_NE(report.find("lib_prbs_code_t::_get_lfsr_length Report: Error PRBS Type!\n"),
+            std::string::npos);
+}
+
+TEST(PrbsCode, TablePolynomialsAndTheirReport) {
+  std::vector<uint32> taps;
+  lib_prbs_code_t::_update_primitive_polynomial(13, taps);
+  EXPECT_EQ(taps, (std::vector<uint32>{13, 12, 2, 1}));
+  lib_prbs_code_t::_update_primitive_polynomial(20, taps);
+  EXPECT_EQ(taps, (std::vector<uint32>{20, 3}));
+  testing::internal::CaptureStdout();
+  lib_prbs_code_t::_update_primitive_polynomial(8, taps);
+  EXPECT_TRUE(taps.empty());
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_prbs_code_t::_update_primitive_polynomial Report : No Available Primitive "
+            "Polynomial For Input LFSR Length!\n");
+}
+
+TEST(PrbsCode, TableTypesMatchTextbookRegisterAndKeepTheSeed) {
+  for (const auto& c : table_cases()) {
+    lib_prbs_code_t prbs;
+    prbs.set_prbs_type(c.type);
+    const uint64 seed = 0x5A5A5A5Au & ((uint64{1} << c.length) - 1);
+    prbs.set_register(seed);
+    bit_arr_t bits;
+    const uint64 state = prbs.generate(3000, bits);
+    EXPECT_EQ(bits, reference_lfsr(c.taps, seed, 3000)) << "type " << c.type;
+    EXPECT_EQ(prbs.get_register(), seed);
+    bit_arr_t again;
+    prbs.generate(3000, again);
+    EXPECT_EQ(again, bits);
+    // The returned state seeds the continuation of the same sequence.
+    prbs.set_register(state);
+    prbs.generate(100, again);
+    const bit_arr_t longer = reference_lfsr(c.taps, seed, 3100);
+    EXPECT_TRUE(std::equal(again.begin(), again.end(), longer.begin() + 3000));
+  }
+}
+
+TEST(PrbsCode, Pn9FromAllOnesStartsWithTheKnownSequence) {
+  // The x^9 + x^5 + 1 pattern from all ones as it is usually printed: bytes, most significant
+  // bit first (ITU-T O.150, 2^9 - 1).
+  const std::vector<std::uint8_t> bytes = {0xFF, 0x83, 0xDF, 0x17, 0x32, 0x09,
+                                           0x4E, 0xD1, 0xE7, 0xCD, 0x8A, 0x91};
+  bit_arr_t expected;
+  for (const std::uint8_t byte : bytes) {
+    for (int b = 7; b >= 0; --b) {
+      expected.push_back(static_cast<std::uint8_t>((byte >> b) & 1));
+    }
+  }
+  EXPECT_EQ(reference_lfsr({9, 5}, 0x1FF, expected.size()), expected);
+  lib_prbs_code_t prbs;
+  prbs.set_prbs_type(1);
+  bit_arr_t bits;
+  prbs.generate(static_cast<uint32>(expected.size()), bits);
+  EXPECT_EQ(bits, expected);
+}
+
+TEST(PrbsCode, ShortRegistersAreMaximalWithBalanceAndRunProperties) {
+  for (const auto& c : table_cases()) {
+    if (c.length > 15) {
+      continue;
+    }
+    lib_prbs_code_t prbs;
+    prbs.set_prbs_type(c.type);
+    bit_arr_t period;
+    EXPECT_EQ(prbs.generate_full_period(period), prbs.get_register()) << "type " << c.type;
+    const std::size_t n = c.length;
+    ASSERT_EQ(period.size(), (std::size_t{1} << n) - 1);
+    EXPECT_TRUE(every_window_once(period, c.length));
+    EXPECT_EQ(static_cast<std::size_t>(std::count(period.begin(), period.end(), 1)),
+              std::size_t{1} << (n - 1));
+    if (n > 11) {
+      continue;
+    }
+    // Runs of length k < n - 1: 2^(n-k-2) of ones and as many of zeros; one run of n - 1 zeros
+    // and one of n ones.
+    const auto runs = cyclic_runs(period);
+    std::map<std::pair<int, std::size_t>, std::size_t> expected;
+    for (std::size_t k = 1; k + 1 < n; ++k) {
+      expected[{0, k}] = expected[{1, k}] = std::size_t{1} << (n - k - 2);
+    }
+    expected[{0, n - 1}] = 1;
+    expected[{1, n}] = 1;
+    EXPECT_EQ(runs, expected) << "type " << c.type;
+  }
+}
+
+TEST(PrbsCode, Pn23IsMaximal) {
+  lib_prbs_code_t prbs;
+  prbs.set_prbs_type(4);
+  const uint64 seed = prbs.get_register();
+  bit_arr_t period;
+  EXPECT_EQ(prbs.generate_full_period(period), seed);
+  ASSERT_EQ(period.size(), (std::size_t{1} << 23) - 1);
+  EXPECT_TRUE(every_window_once(period, 23));
+  EXPECT_EQ(static_cast<std::size_t>(std::count(period.begin(), period.end(), 1)),
+            std::size_t{1} << 22);
+  const auto runs = cyclic_runs(period);
+  EXPECT_EQ((runs.at({1, 1})), std::size_t{1} << 20);
+  EXPECT_EQ((runs.at({0, 5})), std::size_t{1} << 16);
+  EXPECT_EQ((runs.at({1, 23})), 1u);
+  EXPECT_EQ((runs.at({0, 22})), 1u);
+}
+
+TEST(PrbsCode, Pn31ReturnsToItsSeedAfterOnePeriodWithoutGeneratingIt) {
+  lib_prbs_code_t prbs;
+  prbs.set_prbs_type(5);
+  const uint64 seed = prbs.get_register();
+
+  // The register step is linear over GF(2): its matrix, column by column, from single steps of
+  // unit seeds, raised to 2^31 - 1. That number is prime, so a return to the seed, with a first
+  // step that changes it, means the period is exactly 2^31 - 1.
+  gf2_matrix_t step(31);
+  bit_arr_t bits;
+  for (uint32 j = 0; j < 31; ++j) {
+    prbs.set_register(uint64{1} << j);
+    step[j] = prbs.generate(1, bits);
+  }
+  EXPECT_NE(gf2_apply(step, seed), seed);
+  EXPECT_EQ(gf2_apply(power(step, (uint64{1} << 31) - 1), seed), seed);
+
+  // The matrix agrees with a long run of the generator itself. The run starts mid-period, away
+  // from the all-ones state whose neighbourhood a sparse register leaves slowly; there the
+  // window is balanced and has the run statistics of a random sequence.
+  const uint64 mid_period = gf2_apply(power(step, uint64{1} << 30), seed);
+  const uint32 window = 1u << 20;
+  prbs.set_register(mid_period);
+  EXPECT_EQ(prbs.generate(window, bits), gf2_apply(power(step, (uint64{1} << 30) + window), seed));
+  EXPECT_EQ(bits, reference_lfsr({31, 28}, mid_period, window));
+  const double ones = static_cast<double>(std::count(bits.begin(), bits.end(), 1)) / window;
+  EXPECT_NEAR(ones, 0.5, 3e-3);
+  std::array<double, 9> run_count{};
+  double total_runs = 0.0;
+  std::size_t length = 1;
+  for (std::size_t i = 1; i < bits.size(); ++i) {
+    if (bits[i] == bits[i - 1]) {
+      ++length;
+      continue;
+    }
+    run_count[std::min<std::size_t>(length, 8)] += 1.0;
+    total_runs += 1.0;
+    length = 1;
+  }
+  for (std::size_t k = 1; k < 8; ++k) {
+    EXPECT_NEAR(run_count[k] / total_runs, 1.0 / static_cast<double>(1u << k), 0.02 / k)
+        << "run length " << k;
+  }
+}
+
+TEST(PrbsCode, CustomTapsEqualToTheTableGiveTheTableSequence) {
+  for (const auto& c : table_cases()) {
+    lib_prbs_code_t table;
+    table.set_prbs_type(c.type);
+    bit_arr_t expected;
+    table.generate(2000, expected);
+
+    lib_prbs_code_t custom;
+    custom.set_custom_polynomial_enable(true);
+    custom.set_register(1);
+    const std::vector<uint32> ascending(c.taps.rbegin(), c.taps.rend());
+    ASSERT_TRUE(custom.set_prbs_primitive_polynomial(ascending));
+    EXPECT_EQ(custom.get_taps(), c.taps);
+    EXPECT_EQ(custom.get_lfsr_length(), c.length);
+    EXPECT_EQ(custom.get_register(), (uint64{1} << c.length) - 1);
+    bit_arr_t bits;
+    custom.generate(2000, bits);
+    EXPECT_EQ(bits, expected) << "type " << c.type;
+  }
+}
+
+TEST(PrbsCode, CustomTapsSurviveGenerationOnlyWhileEnabled) {
+  lib_prbs_code_t prbs;
+  prbs.set_custom_polynomial_enable(true);
+  ASSERT_TRUE(prbs.set_prbs_primitive_polynomial({5, 3}));
+  bit_arr_t bits;
+  prbs.generate(40, bits);
+  EXPECT_EQ(bits, reference_lfsr({5, 3}, 31, 40));
+  EXPECT_EQ(prbs.get_taps(), (std::vector<uint32>{5, 3}));
+
+  prbs.set_custom_polynomial_enable(false);
+  EXPECT_EQ(prbs.get_lfsr_length(), 7u);
+  prbs.reset_register();
+  prbs.generate(40, bits);
+  EXPECT_EQ(bits, reference_lfsr({7, 6}, 127, 40));
+  EXPECT_EQ(prbs.get_taps(), (std::vector<uint32>{7, 6}));
+}
+
+TEST(PrbsCode, SixtyThreeStagesRunButAFullPeriodIsRefused) {
+  lib_prbs_code_t prbs;
+  prbs.set_custom_polynomial_enable(true);
+  ASSERT_TRUE(prbs.set_prbs_primitive_polynomial({1, 63}));
+  const uint64 all_ones = (uint64{1} << 63) - 1;
+  EXPECT_EQ(prbs.get_register(), all_ones);
+  EXPECT_TRUE(prbs.is_register_valid(all_ones));
+  EXPECT_FALSE(prbs.is_register_valid(all_ones + 1));
+  const uint64 seed = 0x0123456789ABCDEFull & all_ones;
+  prbs.set_register(seed);
+  bit_arr_t bits;
+  prbs.generate(1000, bits);
+  EXPECT_EQ(bits, reference_lfsr({63, 1}, seed, 1000));
+
+  bits.assign(3, 1);
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(prbs.generate_full_period(bits), 0u);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_prbs_code_t::generate_full_period Report : Register too long for a full period, "
+            "stages: 63\n");
+  EXPECT_TRUE(bits.empty());
+}
+
+TEST(PrbsCode, BadTapListsAreRefusedAndChangeNothing) {
+  lib_prbs_code_t prbs;
+  prbs.set_register(100);
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(prbs.set_prbs_primitive_polynomial({5, 3}));  // custom polynomial disabled
+  prbs.set_custom_polynomial_enable(true);
+  EXPECT_FALSE(prbs.set_prbs_primitive_polynomial({}));
+  EXPECT_FALSE(prbs.set_prbs_primitive_polynomial({9, 5, 9}));
+  EXPECT_FALSE(prbs.set_prbs_primitive_polynomial({9, 0}));
+  const std::string other_reports = testing::internal::GetCapturedStdout();
+  EXPECT_EQ(std::count(other_reports.begin(), other_reports.end(), '\n'), 4);
+
+  for (const std::vector<uint32>& too_long : {std::vector<uint32>{64, 1}, {3, 1000}}) {
+    testing::internal::CaptureStdout();
+    EXPECT_FALSE(prbs.set_prbs_primitive_polynomial(too_long));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "lib_prbs_code_t::set_prbs_primitive_polynomial Report : LFSR Register Out of "
+              "Range!\n");
+  }
+  EXPECT_EQ(prbs.get_taps(), (std::vector<uint32>{7, 6}));
+  EXPECT_EQ(prbs.get_register(), 100u);
+}
+
+TEST(PrbsCode, OutputOptions) {
+  lib_prbs_code_t prbs;
+  prbs.set_prbs_type(1);
+  bit_arr_t plain;
+  prbs.generate(600, plain);
+
+  prbs.set_invert_output(true);
+  bit_arr_t inverted;
+  prbs.generate(600, inverted);
+  for (std::size_t i = 0; i < plain.size(); ++i) {
+    ASSERT_EQ(inverted[i], plain[i] ^ 1) << "bit " << i;
+  }
+
+  prbs.set_invert_output(false);
+  prbs.set_feedback_output(true);
+  bit_arr_t feedback;
+  prbs.generate(600, feedback);
+  EXPECT_EQ(feedback, reference_lfsr({9, 5}, 0x1FF, 600, true));
+  // The feedback bit of step i leaves the top stage L steps later.
+  EXPECT_TRUE(std::equal(feedback.begin(), feedback.end() - 9, plain.begin() + 9));
+}
+
+TEST(PrbsCode, CopiesContinueIdentically) {
+  lib_prbs_code_t original;
+  original.set_custom_polynomial_enable(true);
+  original.set_prbs_primitive_polynomial({13, 12, 2, 1});
+  original.set_invert_output(true);
+  original.set_register(0x1234);
+  const lib_prbs_code_t copy = original;
+  bit_arr_t a;
+  bit_arr_t b;
+  original.generate(500, a);
+  lib_prbs_code_t(copy).generate(500, b);
+  EXPECT_EQ(a, b);
+}
+
+TEST(SymbolData, DefaultsAndSourceCodeTranslation) {
+  const lib_symbol_data_t data;
+  EXPECT_EQ(data.get_data_source_code(), 1u);
+  EXPECT_EQ(data.get_symbol_length(), 512u);
+  EXPECT_EQ(data.get_bits_per_symbol(), 4u);
+  EXPECT_TRUE(data.get_bit_arr().empty());
+  EXPECT_TRUE(data.get_symbol_arr().empty());
+
+  using nal::data_source_type_t;
+  const std::vector<std::pair<data_source_type_t, uint32>> table = {
+      {nal::DATA_SOURCE_PN7, 0},    {nal::DATA_SOURCE_PN9, 1},  {nal::DATA_SOURCE_PN15, 3},
+      {nal::DATA_SOURCE_PN23, 4},   {nal::DATA_SOURCE_PN31, 5}, {nal::DATA_SOURCE_USER, 6},
+      {nal::DATA_SOURCE_CUSTOM, 6},
+  };
+  for (const auto& [type, code] : table) {
+    EXPECT_EQ(lib_symbol_data_t::data_source_code_of(type), code);
+  }
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(lib_symbol_data_t::data_source_code_of(static_cast<data_source_type_t>(9)), 1u);
+  EXPECT_FALSE(testing::internal::GetCapturedStdout().empty());
+}
+
+TEST(SymbolData, PrbsSourcePacksTheRegisterBitsMostSignificantFirst) {
+  lib_symbol_data_t data;
+  data.set_data_source_code(3);  // PN15
+  data.set_symbol_length(300);
+  data.set_bits_per_symbol(5);
+  data.prbs().set_register(77);  // generation restarts from all ones whatever the seed
+  data.generate();
+  const bit_arr_t expected_bits = reference_lfsr({15, 14}, 0x7FFF, 1500);
+  EXPECT_EQ(data.get_bit_arr(), expected_bits);
+  ASSERT_EQ(data.get_symbol_arr().size(), 300u);
+  for (std::size_t i = 0; i < 300; ++i) {
+    uint32 value = 0;
+    for (std::size_t b = 0; b < 5; ++b) {
+      value |= uint32{expected_bits[5 * i + b]} << (4 - b);
+    }
+    ASSERT_EQ(data.get_symbol_arr()[i], value) << "symbol " << i;
+  }
+  const lib_symbol_data_t copy = data;
+  data.generate();
+  EXPECT_EQ(data.get_symbol_arr(), copy.get_symbol_arr());
+  data.clear();
+  EXPECT_TRUE(data.get_bit_arr().empty());
+  EXPECT_TRUE(data.get_symbol_arr().empty());
+}
+
+TEST(SymbolData, CustomBitsRepeatCyclicallyAcrossSymbols) {
+  lib_symbol_data_t data;
+  data.set_data_source_code(6);
+  data.set_bits_per_symbol(2);
+  data.set_symbol_length(7);
+  data.set_bit_arr({1, 1, 0});
+  data.generate();
+  // Bits (0 1), (2 0), (1 2), again: 11, 01, 10, ...
+  EXPECT_EQ(data.get_symbol_arr(), (nal::lib_symbol_arr_t{3, 1, 2, 3, 1, 2, 3}));
+  EXPECT_EQ(data.get_bit_arr(), (bit_arr_t{1, 1, 0}));
+
+  nal::lib_symbol_arr_t symbols = {42};
+  EXPECT_TRUE(
+      lib_symbol_data_t::_generate_symbol_arr_by_bit_arr(symbols, {1, 0, 1, 1, 0, 0, 1}, 3, 3, 9));
+  // From bit 9 mod 7 = 2: bits 2 3 4, 5 6 0, 1 2 3.
+  EXPECT_EQ(symbols, (nal::lib_symbol_arr_t{0b110, 0b011, 0b011}));
+  lib_symbol_data_t::_generate_symbol_arr_by_bit_arr(symbols, {1, 0, 1, 1}, 2, 1, 0);
+  EXPECT_EQ(symbols, (nal::lib_symbol_arr_t{1, 0}));  // bits beyond the need are unused
+  lib_symbol_data_t::_generate_symbol_arr_by_bit_arr(symbols, {1, 1}, 5, 0, 0);
+  EXPECT_EQ(symbols, nal::lib_symbol_arr_t(5, 0));
+}
+
+TEST(SymbolData, FailuresReportAndLeaveEmptyArrays) {
+  lib_symbol_data_t data;
+  data.set_data_source_code(6);
+  testing::internal::CaptureStdout();
+  data.set_bit_arr({});
+  data.generate();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "lib_symbol_data_t::set_bit_arr Report: Warning! Empty Custom Bit Data!\n"
+            "lib_symbol_data_t::_generate_symbol_arr_by_bit_arr Report: Empty Bit Data For "
+            "Symbolization!\n");
+  EXPECT_TRUE(data.get_symbol_arr().empty());
+
+  data.set_bit_arr({0, 1, 2});
+  EXPECT_FALSE(data.is_bit_arr_valid());
+  data.set_bit_arr({0, 1, 1});
+  EXPECT_TRUE(data.is_bit_arr_valid());
+
+  data.set_data_source_code(7);
+  testing::internal::CaptureStdout();
+  data.generate();
+  const std::string unknown = testing::internal::GetCapturedStdout();
+  EXPECT_EQ(unknown.find("lib_symbol_data_t::_generate_bit_arr Report: Empty Bit Data!\n"), 0u);
+  EXPECT_TRUE(data.get_bit_arr().empty());
+  EXPECT_TRUE(data.get_symbol_arr().empty());
+
+  // Sizes that would take gigabytes are refused before any allocation.
+  data.set_data_source_code(5);
+  data.set_symbol_length(1u << 31);
+  testing::internal::CaptureStdout();
+  data.generate();
+  EXPECT_EQ(testing::internal::GetCapturedStdout().find(
+                "lib_symbol_data_t::_generate_bit_arr Report: Too Many Bits! 8589934592\n"),
+            0u);
+  nal::lib_symbol_arr_t symbols = {1};
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(lib_symbol_data_t::_generate_symbol_arr_by_bit_arr(
+      symbols, {1}, lib_symbol_data_t::max_symbol_count + 1, 0, 0));
+  EXPECT_FALSE(
+      lib_symbol_data_t::_generate_symbol_arr_by_bit_arr(symbols, {1}, 1u << 20, 0xFFFFFFFFu, 0));
+  EXPECT_FALSE(testing::internal::GetCapturedStdout().empty());
+  EXPECT_TRUE(symbols.empty());
+}
+
+}  // namespace
