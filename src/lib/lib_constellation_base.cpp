@@ -88,9 +88,20 @@ void lib_constellation_base_t::get_symbol_iq_data(const lib_symbol_arr_t& symbol
                                                   lib_iq_data_arr_t& out) {
   out.clear();
   out.reserve(symbols.size());
+  // A map keyed 0..n-1 (every valid map) is looked up as a table; a symbol outside it still goes
+  // through the checked access below, which reports the miss.
+  const std::size_t size = _constellation_map.size();
+  const bool dense = size != 0 && _constellation_map.rbegin()->first == size - 1;
+  lib_iq_data_arr_t table;
+  if (dense) {
+    table.reserve(size);
+    for (const auto& entry : _constellation_map) {
+      table.push_back(entry.second);
+    }
+  }
   try {
     for (const uint32 symbol : symbols) {
-      out.push_back(_constellation_map.at(symbol));
+      out.push_back(dense && symbol < size ? table[symbol] : _constellation_map.at(symbol));
     }
   } catch (const std::out_of_range& error) {
     lib_report(std::string("lib_constellation_base_t::get_symbol_iq_data exception: ") +

@@ -2,6 +2,9 @@
 
 #include <cmath>
 
+#include "lib/lib_convolution.h"
+#include "lib/lib_oversampling.h"
+#include "lib/lib_polyphase_interpolator.h"
 #include "lib/lib_report.h"
 #include "lib/plib.h"
 
@@ -68,16 +71,50 @@ void lib_modulation_fsk_t::integrate_phase(const lib_iq_data_arr_t& deviations, 
   }
 }
 
+bool lib_modulation_fsk_t::_shape_at_output_rate(const lib_iq_data_arr_t& points,
+                                                 lib_iq_data_arr_t& shaped) {
+  if (get_filter_type() == FILTER_NONE) {
+    return false;
+  }
+  lib_iq_data_arr_t taps;
+  if (!_filter._generate_filter(taps)) {
+    return false;
+  }
+  lib_filter_t::normalize_dc_gain(taps);
+  const std::size_t centre = taps.size() / 2;
+  if (_fsk.get_oversampling_type() == OVERSAMPLING_HOLDER) {
+    // Holding each point for a symbol, scaled by 1 / ratio, is a pulse of its own: fold it into
+    // the taps, keeping the filter's centre.
+    const lib_iq_data_arr_t hold(_oversampling_ratio,
+                                 lib_iq_sample_t(1.0 / _oversampling_ratio, 0.0));
+    lib_iq_data_arr_t held_taps;
+    lib_convolution_t::deal_convolution(taps, hold, held_taps);
+    taps = std::move(held_taps);
+  }
+  fp64 largest = 0.0;
+  return lib_polyphase_interpolator_t::deal_cyclic_interpolation(
+      points, _oversampling_ratio, taps, centre, shaped, plib_t::get_work_thread_number(),
+      largest);
+}
+
 void lib_modulation_fsk_t::deal_modulation() {
   _modulated_iq_data.clear();
   lib_iq_data_arr_t points;
   if (!_generate_points(points)) {
     return;
   }
-  lib_iq_data_arr_t oversampled;
-  _fsk.deal_oversampling(points, _oversampling_ratio, oversampled);
+  // Shaped deviations straight from the points, as oversampling and cyclic filtering give them;
+  // filter None, or a filter that cannot be made, takes the literal road.
   lib_iq_data_arr_t shaped;
-  deal_pulse_shaping(oversampled, shaped);
+  if (!_shape_at_output_rate(points, shaped)) {
+    lib_iq_data_arr_t oversampled;
+    _fsk.deal_oversampling(points, _oversampling_ratio, oversampled);
+    if (get_filter_type() == FILTER_NONE) {
+      shaped = std::move(oversampled);  // what the shaping's copy would give
+    } else {
+      deal_pulse_shaping(oversampled, shaped);
+    }
+  }
   integrate_phase(shaped, _phase_step(), _modulated_iq_data);
   _normalize_modulated_data();
 }

@@ -35,6 +35,9 @@ class lib_modulation_fsk_t : public lib_modulation_base_t {
   const lib_constellation_base_t* _current_constellation() const override { return &_fsk; }
 
  private:
+  // The shaped deviation stream computed at the output rate (hold and filter folded into one
+  // pulse); false when the literal road must be taken.
+  bool _shape_at_output_rate(const lib_iq_data_arr_t& points, lib_iq_data_arr_t& shaped);
   // Radians per sample at full deviation: pi/2 per symbol for MSK, 2 pi deviation / rate else.
   fp64 _phase_step() const;
 

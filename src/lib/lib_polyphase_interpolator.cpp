@@ -107,6 +107,17 @@ bool lib_polyphase_interpolator_t::deal_cyclic_interpolation(const lib_iq_data_a
                                                             lib_iq_data_arr_t& out,
                                                             uint32 thread_count,
                                                             fp64& largest_component) {
+  return deal_cyclic_interpolation(points, ratio, taps, taps.size() / 2, out, thread_count,
+                                   largest_component);
+}
+
+bool lib_polyphase_interpolator_t::deal_cyclic_interpolation(const lib_iq_data_arr_t& points,
+                                                            uint32 ratio,
+                                                            const lib_iq_data_arr_t& taps,
+                                                            std::size_t centre,
+                                                            lib_iq_data_arr_t& out,
+                                                            uint32 thread_count,
+                                                            fp64& largest_component) {
   largest_component = 0.0;
   if (points.empty() || ratio == 0 || taps.size() < 2) {
     out.clear();
@@ -114,7 +125,6 @@ bool lib_polyphase_interpolator_t::deal_cyclic_interpolation(const lib_iq_data_a
   }
   const std::size_t n = points.size();
   const std::size_t r = ratio;
-  const std::size_t centre = taps.size() / 2;
   const polyphase_branches_t branches(taps, r);
   const std::size_t q = branches.branch_length;
 

@@ -19,6 +19,12 @@ class lib_polyphase_interpolator_t {
   static bool deal_cyclic_interpolation(const lib_iq_data_arr_t& points, uint32 ratio,
                                         const lib_iq_data_arr_t& taps, lib_iq_data_arr_t& out,
                                         uint32 thread_count, fp64& largest_component);
+  // The same with the delay removed given explicitly: taps.size() / 2 above. A pulse made of a
+  // hold over one symbol and a filter keeps the filter's centre.
+  static bool deal_cyclic_interpolation(const lib_iq_data_arr_t& points, uint32 ratio,
+                                        const lib_iq_data_arr_t& taps, std::size_t centre,
+                                        lib_iq_data_arr_t& out, uint32 thread_count,
+                                        fp64& largest_component);
 };
 
 }  // namespace nal::common_lib

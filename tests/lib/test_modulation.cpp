@@ -220,19 +220,25 @@ std::vector<fp64> discriminate(const lib_iq_data_arr_t& y, uint32 ratio, fp64 st
   return deviations;
 }
 
-TEST(FskModulation, DiscriminatorRecovers4FskGaussian) {
-  lib_modulation_fsk_t modulator;
+lib_modulation_config_t fsk_config(nal::modulation_type_t type, nal::filter_type_t filter,
+                                   uint32 symbols, fp64 deviation) {
   lib_modulation_config_t config;
   config.modulator_type = nal::MODULATOR_MFSK;
   config.symbol_rate = 10000;
   config.oversampling_ratio = 8;
-  config.symbol_length = 500;
-  config.constellation_type = nal::MOD_4FSK;
-  config.frequency_deviation = 2500.0;
-  config.filter_type = nal::FILTER_GAUSSIAN;
+  config.symbol_length = symbols;
+  config.constellation_type = type;
+  config.frequency_deviation = deviation;
+  config.filter_type = filter;
   config.filter_parameter = 0.5;
   config.filter_length = 4;
-  ASSERT_TRUE(modulator.set_modulation_config(config));
+  return config;
+}
+
+TEST(FskModulation, DiscriminatorRecovers4FskGaussian) {
+  lib_modulation_fsk_t modulator;
+  ASSERT_TRUE(
+      modulator.set_modulation_config(fsk_config(nal::MOD_4FSK, nal::FILTER_GAUSSIAN, 500, 2500.0)));
   modulator.deal_modulation();
   const lib_iq_data_arr_t& y = modulator.get_modulated_iq_data();
   ASSERT_EQ(y.size(), 4000u);
@@ -249,17 +255,53 @@ TEST(FskModulation, DiscriminatorRecovers4FskGaussian) {
   }
 }
 
+TEST(FskModulation, EqualsHoldFilterAndPhaseIntegration) {
+  for (const nal::filter_type_t filter : {nal::FILTER_GAUSSIAN, nal::FILTER_ROOT_COSINE}) {
+    lib_modulation_fsk_t modulator;
+    ASSERT_TRUE(modulator.set_modulation_config(fsk_config(nal::MOD_8FSK, filter, 300, 1500.0)));
+    modulator.deal_modulation();
+
+    // The literal chain: deviations held (Gaussian) or as impulses, each over a symbol, cyclic
+    // filtering with unit DC gain, phase integration, largest component to 0.89996...
+    lib_iq_data_arr_t deviations;
+    for (const uint32 symbol : symbols_from_bits(modulator)) {
+      deviations.push_back(modulator.get_constellation_map().at(symbol));
+    }
+    lib_iq_data_arr_t oversampled;
+    if (filter == nal::FILTER_GAUSSIAN) {
+      lib_oversampling_t::_deal_holder_oversampling(deviations, 8, oversampled);
+      for (auto& sample : oversampled) {
+        sample *= 1.0 / 8;
+      }
+    } else {
+      lib_oversampling_t::_deal_insert_zero_oversampling(deviations, 8, oversampled);
+    }
+    lib_filter_t pulse;
+    pulse.set_filter_type(filter);
+    pulse.set_filter_parameter(0.5);
+    pulse.set_filter_length(4);
+    pulse.set_oversampling_ratio(8);
+    lib_iq_data_arr_t taps;
+    ASSERT_TRUE(pulse._generate_filter(taps));
+    lib_filter_t::normalize_dc_gain(taps);
+    lib_iq_data_arr_t shaped;
+    ASSERT_TRUE(lib_filter_t::deal_filter(oversampled, taps, shaped, true));
+    lib_iq_data_arr_t literal;
+    lib_modulation_fsk_t::integrate_phase(shaped, 2.0 * pi * 1500.0 / 10000.0, literal);
+    lib_normalization_t::max_normalize(literal);
+    for (auto& sample : literal) {
+      sample *= 0.89996337890625;
+    }
+    EXPECT_LT(wavelume_test::max_difference(modulator.get_modulated_iq_data(), literal), 1e-9)
+        << "filter " << filter;
+  }
+}
+
 TEST(FskModulation, MskTurnsAQuarterCyclePerSymbolWhateverTheDeviation) {
   lib_modulation_fsk_t modulator;
-  lib_modulation_config_t config;
-  config.modulator_type = nal::MODULATOR_MFSK;
-  config.symbol_rate = 5000;
-  config.oversampling_ratio = 8;
-  config.symbol_length = 256;
-  config.constellation_type = nal::MOD_MSK;
-  config.frequency_deviation = 777.0;  // ignored by MSK
-  config.filter_type = nal::FILTER_NONE;
-  ASSERT_TRUE(modulator.set_modulation_config(config));
+  // The deviation is ignored by MSK.
+  ASSERT_TRUE(
+      modulator.set_modulation_config(fsk_config(nal::MOD_MSK, nal::FILTER_NONE, 256, 777.0)));
   modulator.deal_modulation();
   const lib_iq_data_arr_t& y = modulator.get_modulated_iq_data();
   const lib_symbol_arr_t sent = symbols_from_bits(modulator);
