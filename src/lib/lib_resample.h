@@ -47,14 +47,14 @@ class lib_resample_t {
   // or two samples the filter has one tap: the steps run literally, the convolution reports the
   // filter as too short and the zero-stuffed samples pass unfiltered.
   // False with "Empty input data array!" or "Error resample parameters!" (L or M of 0), `out`
-  // empty. Memory: about (n + 40) * 16 bytes besides `out`, plus the taps.
+  // empty. Memory: about (n + 40) * 16 bytes besides `out`, plus two copies of the taps.
   static bool deal_resampling(const lib_iq_data_arr_t& samples, lib_iq_data_arr_t& out,
                               uint32 interpolation, uint32 decimation);
 
   // Replaces `samples` by their cyclic filtering (lib_filter_t::deal_filter, cyclic) with
   // _calc_resample_filter(L, M, `half_length`); same length. Reports under deal_resampling's name,
-  // as that is its only caller: an empty array or an L or M of 0 gives false and leaves `samples`
-  // as they were. Runs the convolution's OpenMP region.
+  // being one of its steps: an empty array or an L or M of 0 gives false and leaves `samples` as
+  // they were. Runs the convolution's OpenMP region.
   static bool _deal_interpolate_filter(lib_iq_data_arr_t& samples, uint32 interpolation,
                                        uint32 decimation, uint32 half_length);
 
