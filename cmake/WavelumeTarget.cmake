@@ -3,6 +3,8 @@
 function(wavelume_target_defaults target)
   target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/src")
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wnon-virtual-dtor -Wshadow)
+  # No fused multiply-add contraction: results must not depend on the instruction set.
+  target_compile_options(${target} PRIVATE -ffp-contract=off)
   if(WAVELUME_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()

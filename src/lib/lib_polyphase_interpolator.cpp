@@ -77,10 +77,17 @@ struct polyphase_branches_t {
   }
 };
 
+// ThreadSanitizer's runtime is not ready when the clone resolver runs at load time.
+#if defined(__SANITIZE_THREAD__)
+#define WAVELUME_VECTOR_CLONES
+#else
+#define WAVELUME_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
+#endif
+
 // Outputs [begin, end) into `out`; returns their largest |I| or |Q|. Cloned for AVX2 so that
 // machines that have it run the dot products on wider vectors; the arithmetic per lane is the
-// same in every clone, so results do not depend on the machine's vector width.
-__attribute__((target_clones("avx2", "default"))) fp64 interpolate_range(
+// same in every clone (no fused multiply-add), so results do not depend on the machine.
+WAVELUME_VECTOR_CLONES fp64 interpolate_range(
     const polyphase_branches_t& branches, const lib_iq_sample_t* extended, std::size_t begin,
     std::size_t end, std::size_t centre, std::size_t ratio, lib_iq_sample_t* out) {
   // Walk the outputs with their branch and first point, without a division per sample.
