@@ -134,10 +134,11 @@ int main(int argc, char** argv) {
     generator.set_iq_waveform_config(qam_config());
     generator.generate_iq_signal();
   }
-  std::printf("16QAM, %u symbols x %u: peak memory %.1f MiB above the %.1f MiB baseline "
-              "(the %u-sample result alone is %.1f MiB)\n",
-              symbol_count, ratio, (peak_resident_kib() - before) / 1024.0, before / 1024.0,
-              symbol_count * ratio, symbol_count * ratio * 16.0 / (1024.0 * 1024.0));
+  std::printf(
+      "16QAM, %u symbols x %u: peak memory %.1f MiB above the %.1f MiB baseline "
+      "(the %u-sample result alone is %.1f MiB)\n",
+      symbol_count, ratio, (peak_resident_kib() - before) / 1024.0, before / 1024.0,
+      symbol_count * ratio, symbol_count * ratio * 16.0 / (1024.0 * 1024.0));
 
   const auto add = [](const char* name, auto function) {
     benchmark::RegisterBenchmark(name, function)
@@ -145,12 +146,10 @@ int main(int argc, char** argv) {
         ->Iterations(4)
         ->UseRealTime();
   };
-  add("qam16_rrc/generate_iq_signal",
-      [](benchmark::State& s) { waveform(s, qam_config()); });
+  add("qam16_rrc/generate_iq_signal", [](benchmark::State& s) { waveform(s, qam_config()); });
   add("qam16_rrc/liquid_modem_firinterp", liquid_qam);
-  add("fsk2_gaussian/generate_iq_signal", [](benchmark::State& s) {
-    waveform(s, fsk_config(nal::MOD_2FSK, nal::FILTER_GAUSSIAN));
-  });
+  add("fsk2_gaussian/generate_iq_signal",
+      [](benchmark::State& s) { waveform(s, fsk_config(nal::MOD_2FSK, nal::FILTER_GAUSSIAN)); });
   add("fsk2_gaussian/liquid_cpfskmod_gmsk",
       [](benchmark::State& s) { liquid_cpfsk(s, LIQUID_CPFSK_GMSK); });
   add("msk/generate_iq_signal",
@@ -159,8 +158,7 @@ int main(int argc, char** argv) {
       [](benchmark::State& s) { liquid_cpfsk(s, LIQUID_CPFSK_SQUARE); });
   return wavelume_bench::run_benchmarks_with_ratios(
       argc, argv,
-      {{"16QAM RRC: generator / liquid-dsp (samples/s)", "qam16_rrc/generate",
-        "qam16_rrc/liquid"},
+      {{"16QAM RRC: generator / liquid-dsp (samples/s)", "qam16_rrc/generate", "qam16_rrc/liquid"},
        {"2FSK Gaussian: generator / liquid-dsp cpfskmod", "fsk2_gaussian/generate",
         "fsk2_gaussian/liquid"},
        {"MSK: generator / liquid-dsp cpfskmod", "msk/generate", "msk/liquid"}});

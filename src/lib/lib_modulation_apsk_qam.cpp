@@ -4,8 +4,7 @@
 
 namespace nal::common_lib {
 
-lib_modulation_apsk_qam_t::lib_modulation_apsk_qam_t()
-    : lib_modulation_base_t(MODULATOR_APSK_QAM) {
+lib_modulation_apsk_qam_t::lib_modulation_apsk_qam_t() : lib_modulation_base_t(MODULATOR_APSK_QAM) {
   _symbol_data.set_bits_per_symbol(_current_constellation()->get_bit_number());
   for (auto* constellation : _owned()) {
     constellation->set_filter_type(get_filter_type());

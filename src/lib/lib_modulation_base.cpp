@@ -5,7 +5,7 @@
 
 #include "lib/lib_normalization.h"
 #include "lib/lib_oversampling.h"
-#include "lib/lib_polyphase_interpolator.h"
+#include "lib/lib_polyphase_resampler.h"
 #include "lib/lib_report.h"
 #include "lib/plib.h"
 
@@ -94,7 +94,8 @@ bool lib_modulation_base_t::set_constellation(uint32 symbol, const lib_iq_sample
 }
 
 bool lib_modulation_base_t::set_constellation(const lib_constellation_map_t& map, bool normalize) {
-  if (!_check_constellation_inst() || !_current_constellation()->set_constellation(map, normalize)) {
+  if (!_check_constellation_inst() ||
+      !_current_constellation()->set_constellation(map, normalize)) {
     return false;
   }
   _current_constellation()->update_point_by_map();
@@ -181,8 +182,8 @@ void lib_modulation_base_t::deal_modulation() {
       return;
     }
     fp64 largest = 0.0;
-    if (lib_polyphase_interpolator_t::deal_cyclic_interpolation(
-            points, _oversampling_ratio, taps, _modulated_iq_data,
+    if (lib_polyphase_resampler_t::deal_cyclic_interpolation(
+            points, _oversampling_ratio, taps, taps.size() / 2, _modulated_iq_data,
             plib_t::get_work_thread_number(), largest)) {
       _normalize_modulated_data(largest);
       return;

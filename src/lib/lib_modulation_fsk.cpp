@@ -4,7 +4,7 @@
 
 #include "lib/lib_convolution.h"
 #include "lib/lib_oversampling.h"
-#include "lib/lib_polyphase_interpolator.h"
+#include "lib/lib_polyphase_resampler.h"
 #include "lib/lib_report.h"
 #include "lib/plib.h"
 
@@ -61,8 +61,7 @@ void lib_modulation_fsk_t::integrate_phase(const lib_iq_data_arr_t& deviations, 
   for (const auto& d : deviations) {
     total += d.real() * step;
   }
-  const fp64 closure =
-      plib_t::wrap_phase(total) / static_cast<uint32>(deviations.size() - 1);
+  const fp64 closure = plib_t::wrap_phase(total) / static_cast<uint32>(deviations.size() - 1);
   out.reserve(deviations.size());
   fp64 phase = 0.0;
   for (const auto& d : deviations) {
@@ -92,9 +91,8 @@ bool lib_modulation_fsk_t::_shape_at_output_rate(const lib_iq_data_arr_t& points
     taps = std::move(held_taps);
   }
   fp64 largest = 0.0;
-  return lib_polyphase_interpolator_t::deal_cyclic_interpolation(
-      points, _oversampling_ratio, taps, centre, shaped, plib_t::get_work_thread_number(),
-      largest);
+  return lib_polyphase_resampler_t::deal_cyclic_interpolation(
+      points, _oversampling_ratio, taps, centre, shaped, plib_t::get_work_thread_number(), largest);
 }
 
 void lib_modulation_fsk_t::deal_modulation() {

@@ -1,7 +1,5 @@
 #include "lib/lib_resample.h"
 
-#include <omp.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -9,6 +7,7 @@
 
 #include "lib/lib_filter.h"
 #include "lib/lib_fir_filter_design.h"
+#include "lib/lib_polyphase_resampler.h"
 #include "lib/lib_report.h"
 #include "lib/plib.h"
 
@@ -20,8 +19,6 @@ constexpr fp64 max_resampled_length = 1e7;
 constexpr uint32 max_decimation = 1000;
 constexpr fp64 lowest_useful_rate_factor = 0.8;
 constexpr fp64 max_drift_samples = 0.2;
-// Below this many outputs the parallel region costs more than it saves.
-constexpr std::size_t min_parallel_outputs = 1 << 16;
 
 // Candidates m of one l that can pass the drift test. A stored M never exceeds 1000, so the drift
 // is at least (a div 1000) |1 - r / T|; only m with r = b div m within T (1 -+ w) can reach 0.2.
@@ -58,92 +55,6 @@ bool check_resample_arguments(const lib_iq_data_arr_t& samples, uint32 interpola
   }
   return true;
 }
-
-// Kept samples of the literal steps, computed directly. With the centre offset E L + taps / 2
-// (the trimmed edge plus the cyclic filter's alignment) and s = m M + that offset, output m is
-// L sum_q taps[s mod L + q L] x[(s div L - q) mod N] over the edge-extended array x of N samples:
-// only every L-th tap meets a non-zero sample of the zero-stuffed array, and the cyclic filter's
-// wrap is the index taken modulo N (its repetition of short arrays changes nothing, as it repeats
-// whole periods). Branch p holds L taps[p + q L] in reverse order, zero-padded to a common
-// length, so that an output is a forward dot product over consecutive x.
-class polyphase_resampler_t {
- public:
-  polyphase_resampler_t(const lib_iq_data_arr_t& taps, uint32 interpolation, uint32 decimation,
-                        std::uint64_t centre_offset)
-      : _interpolation(interpolation),
-        _decimation(decimation),
-        _offset(centre_offset),
-        _branch_length((taps.size() + interpolation - 1) / interpolation),
-        _branches(static_cast<std::size_t>(interpolation) * _branch_length, 0.0) {
-    for (std::size_t k = 0; k < taps.size(); ++k) {
-      const std::size_t phase = k % interpolation;
-      const std::size_t reversed = _branch_length - 1 - k / interpolation;
-      _branches[phase * _branch_length + reversed] =
-          taps[k].real() * static_cast<fp64>(interpolation);
-    }
-  }
-
-  // Outputs [first, last) of `extended`; each is computed alone, so any partition gives the
-  // same values.
-  void run(const lib_iq_data_arr_t& extended, std::size_t first, std::size_t last,
-           lib_iq_sample_t* out) const {
-    const std::uint64_t start = first * std::uint64_t{_decimation} + _offset;
-    std::uint64_t base = start / _interpolation;
-    std::uint64_t phase = start % _interpolation;
-    const std::uint64_t base_step = _decimation / _interpolation;
-    const std::uint64_t phase_step = _decimation % _interpolation;
-    lib_iq_data_arr_t wrapped(_branch_length);
-    const std::uint64_t n = extended.size();
-    // A whole number of laps at least one branch long keeps the wrapped index non-negative.
-    const std::uint64_t lap = (_branch_length / n + 1) * n;
-
-    for (std::size_t m = first; m < last; ++m) {
-      const fp64* branch = &_branches[phase * _branch_length];
-      if (base + 1 >= _branch_length && base < n) {
-        out[m] = _dot(branch, &extended[base + 1 - _branch_length]);
-      } else {
-        // Near the ends the taps reach around the cyclic array.
-        for (std::size_t t = 0; t < _branch_length; ++t) {
-          wrapped[t] = extended[(base + 1 + t + lap - _branch_length) % n];
-        }
-        out[m] = _dot(branch, wrapped.data());
-      }
-      base += base_step;
-      phase += phase_step;
-      if (phase >= _interpolation) {
-        phase -= _interpolation;
-        ++base;
-      }
-    }
-  }
-
- private:
-  // Four partial sums per component in a fixed order, so that the additions overlap without any
-  // reordering left to the compiler.
-  lib_iq_sample_t _dot(const fp64* branch, const lib_iq_sample_t* x) const {
-    const fp64* values = reinterpret_cast<const fp64*>(x);
-    fp64 re[4] = {0.0, 0.0, 0.0, 0.0};
-    fp64 im[4] = {0.0, 0.0, 0.0, 0.0};
-    std::size_t t = 0;
-    for (; t + 4 <= _branch_length; t += 4) {
-      for (std::size_t j = 0; j < 4; ++j) {
-        re[j] += branch[t + j] * values[2 * (t + j)];
-        im[j] += branch[t + j] * values[2 * (t + j) + 1];
-      }
-    }
-    for (; t < _branch_length; ++t) {
-      re[0] += branch[t] * values[2 * t];
-      im[0] += branch[t] * values[2 * t + 1];
-    }
-    return {(re[0] + re[1]) + (re[2] + re[3]), (im[0] + im[1]) + (im[2] + im[3])};
-  }
-
-  const uint32 _interpolation;
-  const uint32 _decimation;
-  const std::uint64_t _offset;
-  const std::size_t _branch_length;
-  std::vector<fp64> _branches;
-};
 
 }  // namespace
 
@@ -184,8 +95,7 @@ bool lib_resample_t::_calc_resample_coef(uint32 waveform_length, uint32 sample_r
           }
         }
       }
-      if (l + 1.0 >= max_interpolation ||
-          (l + 1.0) * waveform_length > max_resampled_length) {
+      if (l + 1.0 >= max_interpolation || (l + 1.0) * waveform_length > max_resampled_length) {
         break;
       }
     }
@@ -234,21 +144,21 @@ bool lib_resample_t::deal_resampling(const lib_iq_data_arr_t& samples, lib_iq_da
   _extend_array_edge(samples, extended, edge_length);
   lib_iq_data_arr_t taps;
   _calc_resample_filter(taps, interpolation, decimation, half_length);
-  const std::uint64_t offset =
-      std::uint64_t{edge_length} * interpolation + static_cast<std::uint64_t>(taps.size() / 2);
-  const polyphase_resampler_t resampler(taps, interpolation, decimation, offset);
-
+  // Only the kept samples of the steps are computed: with the trimmed edge E L and the cyclic
+  // filter's alignment taps / 2 as the delay, output m is the filtered zero-stuffed stream at
+  // m M + E L + taps / 2, taken cyclically over the edge-extended array, as deal_filter's cyclic
+  // mode wraps it (its repetition of short arrays repeats whole periods). The gain L is folded
+  // into the taps.
+  for (auto& tap : taps) {
+    tap *= static_cast<fp64>(interpolation);
+  }
+  const std::size_t centre = std::size_t{edge_length} * interpolation + taps.size() / 2;
   const std::uint64_t kept = n * std::uint64_t{interpolation};
   const std::size_t count = static_cast<std::size_t>((kept + decimation - 1) / decimation);
-  out.resize(count);
-  const int threads =
-      count < min_parallel_outputs ? 1 : static_cast<int>(plib_t::get_work_thread_number());
-#pragma omp parallel num_threads(threads)
-  {
-    const std::size_t team = static_cast<std::size_t>(omp_get_num_threads());
-    const std::size_t thread = static_cast<std::size_t>(omp_get_thread_num());
-    resampler.run(extended, count * thread / team, count * (thread + 1) / team, out.data());
-  }
+  fp64 largest = 0.0;
+  lib_polyphase_resampler_t::deal_cyclic_resampling(extended, interpolation, decimation, taps,
+                                                    centre, count, out,
+                                                    plib_t::get_work_thread_number(), largest);
   return true;
 }
 

@@ -102,7 +102,8 @@ class LinearModulation : public testing::TestWithParam<linear_case_t> {};
 TEST_P(LinearModulation, MatchedFilterRecoversEverySymbolWithTinyEvm) {
   const auto [type, gray] = GetParam();
   lib_modulation_apsk_qam_t modulator;
-  ASSERT_TRUE(modulator.set_modulation_config(linear_config(type, nal::FILTER_ROOT_COSINE, 600, gray)));
+  ASSERT_TRUE(
+      modulator.set_modulation_config(linear_config(type, nal::FILTER_ROOT_COSINE, 600, gray)));
   modulator.deal_modulation();
   const lib_iq_data_arr_t& y = modulator.get_modulated_iq_data();
   ASSERT_EQ(y.size(), 600u * 8u);
@@ -131,14 +132,12 @@ TEST_P(LinearModulation, MatchedFilterRecoversEverySymbolWithTinyEvm) {
   EXPECT_LT(std::sqrt(error / power), 0.005);
 }
 
-INSTANTIATE_TEST_SUITE_P(Families, LinearModulation,
-                         testing::Values(linear_case_t{nal::MOD_16QAM, false},
-                                         linear_case_t{nal::MOD_16QAM, true},
-                                         linear_case_t{nal::MOD_1024QAM, true},
-                                         linear_case_t{nal::MOD_128QAM, true},
-                                         linear_case_t{nal::MOD_32APSK, false},
-                                         linear_case_t{nal::MOD_8PSK, true},
-                                         linear_case_t{nal::MOD_2ASK, false}));
+INSTANTIATE_TEST_SUITE_P(
+    Families, LinearModulation,
+    testing::Values(linear_case_t{nal::MOD_16QAM, false}, linear_case_t{nal::MOD_16QAM, true},
+                    linear_case_t{nal::MOD_1024QAM, true}, linear_case_t{nal::MOD_128QAM, true},
+                    linear_case_t{nal::MOD_32APSK, false}, linear_case_t{nal::MOD_8PSK, true},
+                    linear_case_t{nal::MOD_2ASK, false}));
 
 TEST(LinearModulationArithmetic, EqualsOversamplingCyclicFilteringAndNormalisation) {
   lib_modulation_apsk_qam_t modulator;
@@ -176,11 +175,13 @@ TEST(DifferentialModulation, PhaseDifferencesCarryTheSymbols) {
   for (const case_t c : {case_t{nal::MOD_PI4_DQPSK, 1.0, 4}, case_t{nal::MOD_D8PSK, 0.0, 8},
                          case_t{nal::MOD_PI8_D8PSK, 1.0, 8}}) {
     lib_modulation_apsk_qam_t modulator;
-    ASSERT_TRUE(modulator.set_modulation_config(linear_config(c.type, nal::FILTER_ROOT_COSINE, 400, false)));
+    ASSERT_TRUE(modulator.set_modulation_config(
+        linear_config(c.type, nal::FILTER_ROOT_COSINE, 400, false)));
     modulator.deal_modulation();
     lib_iq_data_arr_t taps;
     lib_filter_t::_root_cosine_filter(0.35, 32, 8, taps, true);
-    const lib_iq_data_arr_t matched = cyclic_matched_filter(modulator.get_modulated_iq_data(), taps);
+    const lib_iq_data_arr_t matched =
+        cyclic_matched_filter(modulator.get_modulated_iq_data(), taps);
     const lib_symbol_arr_t sent = symbols_from_bits(modulator);
     for (std::size_t k = 1; k < sent.size(); ++k) {
       const fp64 turn = std::arg(matched[k * 8] * std::conj(matched[(k - 1) * 8]));
@@ -237,8 +238,8 @@ lib_modulation_config_t fsk_config(nal::modulation_type_t type, nal::filter_type
 
 TEST(FskModulation, DiscriminatorRecovers4FskGaussian) {
   lib_modulation_fsk_t modulator;
-  ASSERT_TRUE(
-      modulator.set_modulation_config(fsk_config(nal::MOD_4FSK, nal::FILTER_GAUSSIAN, 500, 2500.0)));
+  ASSERT_TRUE(modulator.set_modulation_config(
+      fsk_config(nal::MOD_4FSK, nal::FILTER_GAUSSIAN, 500, 2500.0)));
   modulator.deal_modulation();
   const lib_iq_data_arr_t& y = modulator.get_modulated_iq_data();
   ASSERT_EQ(y.size(), 4000u);
@@ -370,8 +371,8 @@ TEST(ModulatorSettings, CustomConstellationFollowsItsMap) {
   config.oversampling_ratio = 4;
   config.symbol_length = 64;
   config.constellation_type = nal::MOD_MULTITONE2;
-  config.constellation_map = {{0, {1.0, 0.0}}, {1, {0.0, 1.0}}, {2, {-1.0, 0.0}},
-                              {3, {0.0, -1.0}}, {4, {2.0, 2.0}}, {5, {-2.0, 2.0}},
+  config.constellation_map = {{0, {1.0, 0.0}},   {1, {0.0, 1.0}}, {2, {-1.0, 0.0}},
+                              {3, {0.0, -1.0}},  {4, {2.0, 2.0}}, {5, {-2.0, 2.0}},
                               {6, {-2.0, -2.0}}, {7, {2.0, -2.0}}};
   config.filter_type = nal::FILTER_RAISED_COSINE;
   config.filter_parameter = 0.5;
@@ -391,12 +392,14 @@ TEST(ModulatorSettings, CustomConstellationFollowsItsMap) {
 
 TEST(ModulatorSettings, CopiesContinueIdentically) {
   lib_modulation_apsk_qam_t original;
-  ASSERT_TRUE(original.set_modulation_config(linear_config(nal::MOD_64QAM, nal::FILTER_ROOT_COSINE, 200, true)));
+  ASSERT_TRUE(original.set_modulation_config(
+      linear_config(nal::MOD_64QAM, nal::FILTER_ROOT_COSINE, 200, true)));
   lib_modulation_apsk_qam_t copy = original;
   original.set_constellation_type(nal::MOD_8PSK);
   copy.deal_modulation();
   lib_modulation_apsk_qam_t fresh;
-  ASSERT_TRUE(fresh.set_modulation_config(linear_config(nal::MOD_64QAM, nal::FILTER_ROOT_COSINE, 200, true)));
+  ASSERT_TRUE(fresh.set_modulation_config(
+      linear_config(nal::MOD_64QAM, nal::FILTER_ROOT_COSINE, 200, true)));
   fresh.deal_modulation();
   EXPECT_EQ(copy.get_constellation_type(), nal::MOD_64QAM);
   EXPECT_EQ(copy.get_modulated_iq_data(), fresh.get_modulated_iq_data());
@@ -405,9 +408,11 @@ TEST(ModulatorSettings, CopiesContinueIdentically) {
 TEST(ModulatorSettings, DefaultMapsOfTheLinearTypes) {
   EXPECT_EQ(lib_modulation_apsk_qam_t::get_default_constellation_map(nal::MOD_256QAM, true).size(),
             256u);
-  EXPECT_EQ(lib_modulation_apsk_qam_t::get_default_constellation_map(nal::MOD_PI4_DQPSK, false).size(),
-            8u);
-  EXPECT_TRUE(lib_modulation_apsk_qam_t::get_default_constellation_map(nal::MOD_MSK, false).empty());
+  EXPECT_EQ(
+      lib_modulation_apsk_qam_t::get_default_constellation_map(nal::MOD_PI4_DQPSK, false).size(),
+      8u);
+  EXPECT_TRUE(
+      lib_modulation_apsk_qam_t::get_default_constellation_map(nal::MOD_MSK, false).empty());
 }
 
 }  // namespace

@@ -33,8 +33,8 @@ TEST(Oversampling, KindsGiveImpulsesHeldPointsAndOffsetQuadrature) {
 
   lib_iq_data_arr_t offset;
   lib_oversampling_t::deal_oversampling({{1.0, 1.0}, {-1.0, -1.0}}, 4, offset, 2);
-  EXPECT_EQ(offset, (lib_iq_data_arr_t{{1.0, 0.0}, zero, {0.0, 1.0}, zero, {-1.0, 0.0}, zero,
-                                       {0.0, -1.0}, zero}));
+  EXPECT_EQ(offset, (lib_iq_data_arr_t{
+                        {1.0, 0.0}, zero, {0.0, 1.0}, zero, {-1.0, 0.0}, zero, {0.0, -1.0}, zero}));
   const lib_iq_data_arr_t before = offset;
   lib_oversampling_t::deal_oversampling(points, 4, offset, 3);
   EXPECT_EQ(offset, before);

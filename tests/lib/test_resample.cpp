@@ -42,7 +42,7 @@ lib_iq_data_arr_t literal_resampling(const lib_iq_data_arr_t& samples, uint32 l,
 TEST(Resample, PolyphaseFormEqualsTheLiteralSteps) {
   // u = 900 asks for 18001 taps: the design stops at 16384, an even length whose centre is half a
   // sample off, and on short arrays the taps wrap around many times.
-  const uint32 ratios[][2] = {{1, 1},  {7, 5},  {5, 7}, {3, 4},  {4, 3},   {2, 1},  {1, 2},
+  const uint32 ratios[][2] = {{1, 1},  {7, 5},  {5, 7}, {3, 4},   {4, 3},   {2, 1},  {1, 2},
                               {13, 1}, {1, 13}, {6, 4}, {11, 89}, {1, 900}, {900, 1}};
   unsigned seed = 1;
   for (const auto& [l, m] : ratios) {
@@ -231,9 +231,8 @@ TEST(ResampleCoefficients, FindExactPairsOrReportAndKeepUnitFactors) {
   EXPECT_TRUE(lib_resample_t::_calc_resample_coef(1, 1'000'000, 1'000'001, l, m));
   EXPECT_EQ(static_cast<uint32>(l * 1'000'000u) / m, 1'000'001u);
 
-  for (const auto& [length, target] : {std::pair<uint32, uint32>{10'000'001, 1'250'000},
-                                       {0, 1'250'000},
-                                       {1000, 0}}) {
+  for (const auto& [length, target] :
+       {std::pair<uint32, uint32>{10'000'001, 1'250'000}, {0, 1'250'000}, {1000, 0}}) {
     testing::internal::CaptureStdout();
     EXPECT_FALSE(lib_resample_t::_calc_resample_coef(length, 1'000'000, target, l, m));
     EXPECT_EQ(testing::internal::GetCapturedStdout(),

@@ -1,4 +1,4 @@
-#include "lib/lib_polyphase_interpolator.h"
+#include "lib/lib_polyphase_resampler.h"
 
 #include <omp.h>
 
@@ -13,14 +13,14 @@ namespace {
 // inner loop has no remainder.
 constexpr std::size_t branch_granule = 4;
 
-// The taps split into `ratio` branches of `branch_length` each, reversed so that every output is
-// a forward dot product over consecutive points, and zero-padded at the short end. Real taps are
-// stored twice (for I and Q) so that the inner loop runs over interleaved doubles.
+// The taps split into `ratio` (the up factor) branches of `branch_length` each, reversed so that
+// every output is a forward dot product over consecutive points, and zero-padded at the short end.
+// Real taps are stored twice (for I and Q) so that the inner loop runs over interleaved doubles.
 struct polyphase_branches_t {
   std::size_t branch_length = 0;
   bool real = true;
-  std::vector<fp64> duplicated;     // real taps: [branch][2 * branch_length]
-  lib_iq_data_arr_t complex_taps;   // complex taps: [branch][branch_length]
+  std::vector<fp64> duplicated;    // real taps: [branch][2 * branch_length]
+  lib_iq_data_arr_t complex_taps;  // complex taps: [branch][branch_length]
 
   polyphase_branches_t(const lib_iq_data_arr_t& taps, std::size_t ratio)
       : branch_length(((taps.size() + ratio - 1) / ratio + branch_granule - 1) / branch_granule *
@@ -87,19 +87,25 @@ struct polyphase_branches_t {
 // Outputs [begin, end) into `out`; returns their largest |I| or |Q|. Cloned for AVX2 so that
 // machines that have it run the dot products on wider vectors; the arithmetic per lane is the
 // same in every clone (no fused multiply-add), so results do not depend on the machine.
-WAVELUME_VECTOR_CLONES fp64 interpolate_range(
-    const polyphase_branches_t& branches, const lib_iq_sample_t* extended, std::size_t begin,
-    std::size_t end, std::size_t centre, std::size_t ratio, lib_iq_sample_t* out) {
-  // Walk the outputs with their branch and first point, without a division per sample.
-  std::size_t phase = (begin + centre) % ratio;
-  std::size_t base = (begin + centre) / ratio;
+WAVELUME_VECTOR_CLONES fp64 resample_range(const polyphase_branches_t& branches,
+                                           const lib_iq_sample_t* extended, std::size_t begin,
+                                           std::size_t end, std::size_t centre, std::size_t up,
+                                           std::size_t down, lib_iq_sample_t* out) {
+  // Walk the outputs with their branch and first input, without a division per sample.
+  const std::size_t start = begin * down + centre;
+  std::size_t phase = start % up;
+  std::size_t base = start / up;
+  const std::size_t phase_step = down % up;
+  const std::size_t base_step = down / up;
   fp64 peak = 0.0;
-  for (std::size_t i = begin; i < end; ++i) {
+  for (std::size_t m = begin; m < end; ++m) {
     const lib_iq_sample_t sample = branches.dot(phase, extended + base + 1);
-    out[i] = sample;
+    out[m] = sample;
     peak = std::max({peak, std::abs(sample.real()), std::abs(sample.imag())});
-    if (++phase == ratio) {
-      phase = 0;
+    base += base_step;
+    phase += phase_step;
+    if (phase >= up) {
+      phase -= up;
       ++base;
     }
   }
@@ -108,56 +114,47 @@ WAVELUME_VECTOR_CLONES fp64 interpolate_range(
 
 }  // namespace
 
-bool lib_polyphase_interpolator_t::deal_cyclic_interpolation(const lib_iq_data_arr_t& points,
-                                                            uint32 ratio,
-                                                            const lib_iq_data_arr_t& taps,
-                                                            lib_iq_data_arr_t& out,
-                                                            uint32 thread_count,
-                                                            fp64& largest_component) {
-  return deal_cyclic_interpolation(points, ratio, taps, taps.size() / 2, out, thread_count,
-                                   largest_component);
+bool lib_polyphase_resampler_t::deal_cyclic_interpolation(
+    const lib_iq_data_arr_t& points, uint32 ratio, const lib_iq_data_arr_t& taps,
+    std::size_t centre, lib_iq_data_arr_t& out, uint32 thread_count, fp64& largest_component) {
+  return deal_cyclic_resampling(points, ratio, 1, taps, centre,
+                                points.size() * static_cast<std::size_t>(ratio), out, thread_count,
+                                largest_component);
 }
 
-bool lib_polyphase_interpolator_t::deal_cyclic_interpolation(const lib_iq_data_arr_t& points,
-                                                            uint32 ratio,
-                                                            const lib_iq_data_arr_t& taps,
-                                                            std::size_t centre,
-                                                            lib_iq_data_arr_t& out,
-                                                            uint32 thread_count,
-                                                            fp64& largest_component) {
+bool lib_polyphase_resampler_t::deal_cyclic_resampling(const lib_iq_data_arr_t& input, uint32 up,
+                                                       uint32 down, const lib_iq_data_arr_t& taps,
+                                                       std::size_t centre, std::size_t count,
+                                                       lib_iq_data_arr_t& out, uint32 thread_count,
+                                                       fp64& largest_component) {
   largest_component = 0.0;
-  if (points.empty() || ratio == 0 || taps.size() < 2) {
+  if (input.empty() || up == 0 || down == 0 || taps.size() < 2) {
     out.clear();
     return false;
   }
-  const std::size_t n = points.size();
-  const std::size_t r = ratio;
-  const polyphase_branches_t branches(taps, r);
+  const std::size_t n = input.size();
+  const polyphase_branches_t branches(taps, up);
   const std::size_t q = branches.branch_length;
 
-  // Output i uses points base(i) - q + 1 .. base(i), base(i) = (i + centre) div r, taken cyclically;
-  // extended[e] holds point (e - q) mod n.
-  const std::size_t last_base = (n * r - 1 + centre) / r;
+  // Output m uses inputs base(m) - q + 1 .. base(m), base(m) = (m down + centre) div up, taken
+  // cyclically; extended[e] holds input (e - q) mod n.
+  const std::size_t last_base = count == 0 ? 0 : ((count - 1) * down + centre) / up;
   lib_iq_data_arr_t extended(last_base + q + 1);
   std::size_t source = (n - q % n) % n;
-  for (auto& point : extended) {
-    point = points[source];
+  for (auto& sample : extended) {
+    sample = input[source];
     source = source + 1 == n ? 0 : source + 1;
   }
 
-  out.resize(n * r);
-  const std::size_t total = n * r;
-  const std::size_t threads = std::max<uint32>(thread_count, 1);
-  std::vector<fp64> largest(threads, 0.0);
-#pragma omp parallel num_threads(static_cast<int>(threads))
+  out.resize(count);
+  const int threads = static_cast<int>(std::max<uint32>(thread_count, 1));
+  std::vector<fp64> largest(static_cast<std::size_t>(threads), 0.0);
+#pragma omp parallel num_threads(threads)
   {
     const std::size_t team = static_cast<std::size_t>(omp_get_num_threads());
     const std::size_t thread = static_cast<std::size_t>(omp_get_thread_num());
-    const std::size_t begin = total * thread / team;
-    const std::size_t end = total * (thread + 1) / team;
-    const fp64 peak =
-        interpolate_range(branches, extended.data(), begin, end, centre, r, out.data());
-    largest[thread] = peak;
+    largest[thread] = resample_range(branches, extended.data(), count * thread / team,
+                                     count * (thread + 1) / team, centre, up, down, out.data());
   }
   largest_component = *std::max_element(largest.begin(), largest.end());
   return true;
