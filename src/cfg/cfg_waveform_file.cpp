@@ -3,12 +3,14 @@
 #include <QCryptographicHash>
 #include <QSaveFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <iomanip>
 #include <sstream>
+#include <vector>
 
 #include "lib/lib_report.h"
 
@@ -48,14 +50,38 @@ std::optional<protocol_text_t> protocol_text(protocol_type_t type) {
   }
 }
 
-// The low 16 bits of round(value * 32767), as two bytes, low byte first.
-void append_component(fp64 value, std::string& bytes) {
-  const fp64 scaled = std::round(value * full_scale);
-  const bool representable = std::isfinite(scaled) && std::abs(scaled) < 9.0e18;
-  const auto word = static_cast<std::uint16_t>(
-      representable ? static_cast<std::uint64_t>(static_cast<std::int64_t>(scaled)) : 0u);
-  bytes.push_back(static_cast<char>(word & 0xFFu));
-  bytes.push_back(static_cast<char>(word >> 8));
+// round(value * 32767), half away from zero, as the low 16 bits of a two's complement integer;
+// 0 for what cannot be rounded to a 64-bit integer. The rounding is done on the integer part and
+// the exact remainder, which equals the C library's round without a call per sample.
+std::uint16_t encode_component(fp64 value) {
+  const fp64 scaled = value * full_scale;
+  if (!(std::abs(scaled) < 9.0e18)) {
+    return 0;
+  }
+  auto whole = static_cast<std::int64_t>(scaled);  // toward zero
+  const fp64 remainder = scaled - static_cast<fp64>(whole);
+  if (remainder >= 0.5) {
+    ++whole;
+  } else if (remainder <= -0.5) {
+    --whole;
+  }
+  return static_cast<std::uint16_t>(static_cast<std::uint64_t>(whole));
+}
+
+// Encodes `count` samples into 4 count bytes at `out`.
+void encode_into(const lib_iq_sample_t* samples, std::size_t count, unsigned char* out) {
+  for (std::size_t i = 0; i < count; ++i) {
+    for (const fp64 component : {samples[i].real(), samples[i].imag()}) {
+      const std::uint16_t word = encode_component(component);
+      *out++ = static_cast<unsigned char>(word & 0xFFu);
+      *out++ = static_cast<unsigned char>(word >> 8);
+    }
+  }
+}
+
+bool write_all(QSaveFile& file, const void* data, std::size_t size) {
+  return file.write(static_cast<const char*>(data), static_cast<qint64>(size)) ==
+         static_cast<qint64>(size);
 }
 
 }  // namespace
@@ -90,12 +116,8 @@ std::string cfg_waveform_file_t::header_tail(fp64 sample_rate, std::optional<fp6
 }
 
 std::string cfg_waveform_file_t::encode_samples(const lib_iq_data_arr_t& samples) {
-  std::string bytes;
-  bytes.reserve(samples.size() * 4);
-  for (const auto& sample : samples) {
-    append_component(sample.real(), bytes);
-    append_component(sample.imag(), bytes);
-  }
+  std::string bytes(samples.size() * 4, '\0');
+  encode_into(samples.data(), samples.size(), reinterpret_cast<unsigned char*>(bytes.data()));
   return bytes;
 }
 
@@ -134,11 +156,26 @@ bool cfg_waveform_file_t::save_iq_waveform_file(const std::string& header,
   const std::string named = separator == std::string::npos
                                 ? header
                                 : replace_file_name(header, path.substr(separator + 1));
-  const std::string body = named + encode_samples(samples);
-  const std::string sealed = seal_field(body) + body;
+  // One pass in cache-sized chunks: encode, hash, write. The seal has a fixed width, so it is
+  // written as a placeholder first and filled in at the end.
+  constexpr std::size_t chunk_samples = 1 << 14;
+  QCryptographicHash hash(QCryptographicHash::Md5);
+  hash.addData(named.data(), static_cast<int>(named.size()));
+  const std::string placeholder = "CheckCode," + std::string(32, '0') + ",";
+  std::vector<unsigned char> chunk(chunk_samples * 4);
   errno = 0;
-  const qint64 written = file.write(sealed.data(), static_cast<qint64>(sealed.size()));
-  if (written != static_cast<qint64>(sealed.size()) || !file.flush() || !file.commit()) {
+  bool written = write_all(file, placeholder.data(), placeholder.size()) &&
+                 write_all(file, named.data(), named.size());
+  for (std::size_t first = 0; written && first < samples.size(); first += chunk_samples) {
+    const std::size_t count = std::min(chunk_samples, samples.size() - first);
+    encode_into(samples.data() + first, count, chunk.data());
+    hash.addData(reinterpret_cast<const char*>(chunk.data()), static_cast<int>(count * 4));
+    written = write_all(file, chunk.data(), count * 4);
+  }
+  const QByteArray digest = hash.result().toHex();
+  written = written && file.seek(static_cast<qint64>(std::string("CheckCode,").size())) &&
+            write_all(file, digest.constData(), static_cast<std::size_t>(digest.size()));
+  if (!written || !file.flush() || !file.commit()) {
     // The operating system's reason (disk full, file too large) says more than Qt's text.
     const std::string reason = errno != 0 ? std::strerror(errno) : file.errorString().toStdString();
     file.cancelWriting();

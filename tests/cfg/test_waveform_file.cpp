@@ -102,6 +102,26 @@ TEST(WaveformEncoding, RoundsHalfAwayAndWrapsAboveFullScale) {
   EXPECT_EQ(static_cast<std::uint8_t>(bytes[1]), 0x7F);
 }
 
+TEST(WaveformEncoding, AgreesWithTheCLibraryRounding) {
+  // Exact halves of a step, their neighbours, and values above full scale.
+  lib_iq_data_arr_t samples;
+  for (int k = -40000; k <= 40000; k += 7) {
+    const double half = (k + 0.5) / 32767.0;
+    samples.emplace_back(half, std::nextafter(half, 0.0));
+    samples.emplace_back(std::nextafter(half, 2.0), -half);
+  }
+  const std::string bytes = cfg_waveform_file_t::encode_samples(samples);
+  for (std::size_t i = 0; i < samples.size() * 2; ++i) {
+    const double value = i % 2 == 0 ? samples[i / 2].real() : samples[i / 2].imag();
+    const auto expected =
+        static_cast<std::uint16_t>(static_cast<std::int64_t>(std::round(value * 32767.0)) & 0xFFFF);
+    const auto word =
+        static_cast<std::uint16_t>(static_cast<std::uint8_t>(bytes[2 * i]) |
+                                   (static_cast<std::uint8_t>(bytes[2 * i + 1]) << 8));
+    ASSERT_EQ(word, expected) << "value " << value;
+  }
+}
+
 TEST_F(WaveformFile, SealIsTheMd5OfEverythingAfterIt) {
   lib_iq_data_arr_t samples;
   for (int i = 0; i < 1000; ++i) {
