@@ -9,6 +9,7 @@ packages=(
   libfftw3-dev libpugixml-dev zlib1g-dev
   libgtest-dev libgmock-dev libbenchmark-dev libliquid-dev
   xvfb xauth
+  clang libomp-dev
   python3-numpy python3-scipy
 )
 

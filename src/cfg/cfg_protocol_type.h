@@ -1,6 +1,9 @@
 #pragma once
 // The page and configuration kinds of the program.
 
+#include <map>
+#include <string>
+
 #include "lib/lib_types.h"
 
 namespace nal {
@@ -17,5 +20,8 @@ enum protocol_type_t : uint32 {
   PROTOCOL_CUSTOM_IQ = 8,
   PROTOCOL_TOOLKIT = 9,
 };
+
+// The ProtocolType texts of state files, Home included; read-only after first use.
+const std::map<protocol_type_t, std::string>& protocol_type_state_text_map();
 
 }  // namespace nal

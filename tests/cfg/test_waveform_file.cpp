@@ -10,6 +10,7 @@
 #include <iterator>
 
 #include "cfg/cfg_waveform_file.h"
+#include "tests/cfg/test_folder_fixture.h"
 
 namespace {
 
@@ -39,18 +40,7 @@ std::string md5sum_after_seal(const fs::path& path) {
   return std::string(digest, read);
 }
 
-class WaveformFile : public testing::Test {
- protected:
-  void SetUp() override {
-    _folder =
-        fs::temp_directory_path() / ("wavelume_waveform_file_" + std::to_string(::getpid()) + "_" +
-                                     testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::create_directories(_folder);
-  }
-  void TearDown() override { fs::remove_all(_folder); }
-
-  fs::path _folder;
-};
+using WaveformFile = wavelume_test::folder_fixture_t;
 
 TEST(WaveformHeader, TextIsExactForEachProtocol) {
   EXPECT_EQ(cfg_waveform_file_t::build_file_header(cfg_waveform_file_t::header_file_name("Wave1"),

@@ -1,0 +1,36 @@
+#pragma once
+// A parameter of the Custom IQ engine together with its current limits. The value always lies
+// within [minimum, maximum]: storing and narrowing the bounds both clamp it. A plain value; the
+// engine decides when bounds move and what a change sets off.
+
+#include <algorithm>
+
+namespace nal {
+
+template <typename value_t>
+class custom_iq_bounded_value_t {
+ public:
+  custom_iq_bounded_value_t(value_t minimum, value_t maximum, value_t value)
+      : _minimum(minimum), _maximum(maximum), _value(clamp(value)) {}
+
+  value_t minimum() const { return _minimum; }
+  value_t maximum() const { return _maximum; }
+  value_t value() const { return _value; }
+
+  // The nearest value within the bounds.
+  value_t clamp(value_t value) const { return std::min(std::max(value, _minimum), _maximum); }
+  void store(value_t value) { _value = clamp(value); }
+  // Replaces the bounds and clamps the stored value into them.
+  void set_bounds(value_t minimum, value_t maximum) {
+    _minimum = minimum;
+    _maximum = maximum;
+    _value = clamp(_value);
+  }
+
+ private:
+  value_t _minimum;
+  value_t _maximum;
+  value_t _value;
+};
+
+}  // namespace nal

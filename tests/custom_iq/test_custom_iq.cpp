@@ -1,0 +1,470 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "custom_iq/custom_iq.h"
+#include "custom_iq/plib_func.h"
+
+namespace {
+
+using namespace nal;
+
+constexpr double pi = 3.14159265358979323846;
+
+std::string captured(const std::function<void()>& action) {
+  testing::internal::CaptureStdout();
+  action();
+  return testing::internal::GetCapturedStdout();
+}
+
+// An engine after preset, with counters on both callbacks and every signal.
+struct observed_engine_t {
+  custom_iq_t engine;
+  int dirty_true = 0;
+  int dirty_false = 0;
+  int too_large = 0;
+  int ui = 0;
+  int constellation = 0;
+  int waveform = 0;
+  int deviation_table = 0;
+
+  observed_engine_t() {
+    captured([this] { engine.preset(); });
+    engine.set_dirty_callback([this](bool dirty) { ++(dirty ? dirty_true : dirty_false); });
+    engine.set_too_large_callback([this] { ++too_large; });
+    QObject::connect(&engine, &custom_iq_t::sig_update_ui, [this] { ++ui; });
+    QObject::connect(&engine, &custom_iq_t::sig_update_constellation, [this] { ++constellation; });
+    QObject::connect(&engine, &custom_iq_t::sig_update_waveform_data, [this] { ++waveform; });
+    QObject::connect(&engine, &custom_iq_t::sig_update_fsk_dev_table_data,
+                     [this] { ++deviation_table; });
+  }
+  void reset_counts() { dirty_true = dirty_false = too_large = ui = constellation = waveform = 0; }
+  int notifications() const { return dirty_true + dirty_false + too_large + ui + constellation; }
+};
+
+// Single-bin DFT, written out so that it does not share code with the generators.
+std::complex<double> dft_bin(const lib_iq_data_arr_t& samples, std::size_t bin) {
+  std::complex<double> sum = 0.0;
+  const double n = static_cast<double>(samples.size());
+  for (std::size_t k = 0; k < samples.size(); ++k) {
+    const double angle = -2.0 * pi * static_cast<double>(bin) * static_cast<double>(k) / n;
+    sum += samples[k] * std::polar(1.0, angle);
+  }
+  return sum;
+}
+
+// Share of the signal's energy found in `bins`, each also required to hold a fair part of it.
+double energy_share_in_bins(const lib_iq_data_arr_t& samples,
+                            const std::vector<std::size_t>& bins) {
+  double energy = 0.0;
+  for (const auto& sample : samples) {
+    energy += std::norm(sample);
+  }
+  // Parseval: the DFT bins hold N times the energy of the samples.
+  const double spectral_energy = energy * static_cast<double>(samples.size());
+  double in_bins = 0.0;
+  for (const std::size_t bin : bins) {
+    const double power = std::norm(dft_bin(samples, bin));
+    EXPECT_GT(power, 0.1 * spectral_energy / static_cast<double>(bins.size())) << "bin " << bin;
+    in_bins += power;
+  }
+  return in_bins / spectral_energy;
+}
+
+// Frequency in Hz between consecutive samples, from the phase step.
+double instantaneous_frequency(const lib_iq_data_arr_t& samples, std::size_t k, double rate) {
+  return std::arg(samples[k + 1] * std::conj(samples[k])) * rate / (2.0 * pi);
+}
+
+TEST(custom_iq_setters, equal_value_is_silent_and_a_change_notifies_once) {
+  observed_engine_t observed;
+  const std::vector<std::function<bool()>> same_values{
+      [&] { return observed.engine.set_symbol_rate(1000000); },
+      [&] { return observed.engine.set_symbol_length(512); },
+      [&] { return observed.engine.set_waveform_name(""); },
+      [&] { return observed.engine.set_mirror_spectrum_enable(false); },
+      [&] { return observed.engine.set_filter_type(FILTER_ROOT_COSINE); },
+      [&] { return observed.engine.set_oversampling(2); },
+      [&] { return observed.engine.set_apsk_qam_type(MOD_16QAM); },
+      [&] { return observed.engine.set_custom_constellation({}); },
+      [&] { return observed.engine.set_lfm_sample_rate(100000000.0); },
+  };
+  for (const auto& call : same_values) {
+    EXPECT_FALSE(call());
+  }
+  EXPECT_EQ(observed.notifications(), 0);
+
+  EXPECT_TRUE(observed.engine.set_waveform_name("burst"));
+  EXPECT_EQ(observed.dirty_true, 1);
+  EXPECT_EQ(observed.ui, 1);
+}
+
+TEST(custom_iq_setters, values_are_clamped_to_their_bounds) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_TRUE(engine.set_symbol_length(7));
+  EXPECT_EQ(engine.get_symbol_length(), 100u);
+  EXPECT_EQ(engine.get_filter_length_bounds().maximum(), 100u);
+  EXPECT_EQ(engine.get_filter_length(), 32u);
+  EXPECT_TRUE(engine.set_frame_number(1000));
+  EXPECT_EQ(engine.get_frame_number(), 300u);
+  // 100 symbols x 300 frames at 1 Msym/s.
+  EXPECT_DOUBLE_EQ(engine.get_waveform_length(), 0.03);
+  EXPECT_EQ(engine.get_total_sample_points(), 60000u);
+
+  EXPECT_TRUE(engine.set_custom_constellation_name("my,own,map"));
+  EXPECT_EQ(engine.get_custom_constellation_name(), "myownmap");
+  EXPECT_FALSE(engine.set_custom_constellation_name("myown,map"));
+}
+
+TEST(custom_iq_rates, symbol_rate_is_capped_by_the_oversampled_output_rate) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_TRUE(engine.set_oversampling(32));
+  EXPECT_TRUE(engine.set_symbol_rate(300000000));
+  EXPECT_EQ(engine.get_symbol_rate(), 250000000u);
+  EXPECT_DOUBLE_EQ(engine.get_sample_rate(), 8e9);
+  EXPECT_DOUBLE_EQ(engine.get_fsk_deviation_bounds().maximum(), 0.8 * 8e9);
+
+  // Lowering the ratio widens the symbol rate's range again.
+  EXPECT_TRUE(engine.set_oversampling(4));
+  EXPECT_EQ(engine.get_symbol_rate_bounds().maximum(), 2000000000u);
+  EXPECT_TRUE(engine.set_symbol_rate(1500000000));
+  // A higher ratio then clamps the rate it cannot carry.
+  EXPECT_TRUE(engine.set_oversampling(8));
+  EXPECT_EQ(engine.get_symbol_rate(), 1000000000u);
+}
+
+TEST(custom_iq_rates, odd_oversampling_is_kept_out_under_oqpsk_only) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_TRUE(engine.set_apsk_qam_type(MOD_OQPSK));
+  observed.reset_counts();
+  EXPECT_FALSE(engine.set_oversampling(3));
+  EXPECT_EQ(engine.get_oversampling(), 2u);
+  EXPECT_GE(observed.ui, 1);
+  EXPECT_EQ(observed.dirty_true, 0);
+
+  EXPECT_TRUE(engine.set_apsk_qam_type(MOD_QPSK));
+  EXPECT_TRUE(engine.set_oversampling(3));
+  EXPECT_EQ(engine.get_oversampling(), 3u);
+}
+
+TEST(custom_iq_filter, pulse_shapes_follow_the_modulation) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+
+  observed.reset_counts();
+  EXPECT_FALSE(engine.set_filter_type(FILTER_HALF_SINE));
+  EXPECT_EQ(engine.get_filter_type(), FILTER_ROOT_COSINE);
+  EXPECT_EQ(observed.ui, 1);
+  EXPECT_EQ(observed.dirty_true, 0);
+
+  // OQPSK takes Half Sine, which needs at least 8 samples per symbol, and refuses Gaussian.
+  EXPECT_TRUE(engine.set_apsk_qam_type(MOD_OQPSK));
+  EXPECT_TRUE(engine.set_filter_type(FILTER_HALF_SINE));
+  EXPECT_EQ(engine.get_oversampling(), 8u);
+  EXPECT_FALSE(engine.is_filter_alpha_enabled());
+  EXPECT_FALSE(engine.is_filter_length_enabled());
+  EXPECT_FALSE(engine.set_filter_type(FILTER_GAUSSIAN));
+
+  EXPECT_TRUE(engine.set_apsk_qam_type(MOD_QPSK));
+  EXPECT_EQ(engine.get_filter_type(), FILTER_ROOT_COSINE);
+
+  // Gaussian widens the alpha range to a bandwidth-time product and clamps into it.
+  EXPECT_TRUE(engine.set_filter_alpha(0.05));
+  EXPECT_TRUE(engine.set_filter_type(FILTER_GAUSSIAN));
+  EXPECT_DOUBLE_EQ(engine.get_filter_alpha_bounds().minimum(), 0.1);
+  EXPECT_DOUBLE_EQ(engine.get_filter_alpha_bounds().maximum(), 5.0);
+  EXPECT_DOUBLE_EQ(engine.get_filter_alpha(), 0.1);
+  // Under OQPSK the Gaussian pulse gives way to Root Cosine.
+  EXPECT_TRUE(engine.set_apsk_qam_type(MOD_OQPSK));
+  EXPECT_EQ(engine.get_filter_type(), FILTER_ROOT_COSINE);
+}
+
+TEST(custom_iq_filter, msk_always_runs_gaussian) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_MFSK));
+  EXPECT_TRUE(engine.is_fsk_deviation_editable());
+  EXPECT_TRUE(engine.set_mfsk_type(MOD_MSK));
+  EXPECT_EQ(engine.get_filter_type(), FILTER_GAUSSIAN);
+  EXPECT_FALSE(engine.is_fsk_deviation_editable());
+  EXPECT_TRUE(engine.set_filter_type(FILTER_RAISED_COSINE));
+  EXPECT_EQ(engine.get_filter_type(), FILTER_GAUSSIAN);
+}
+
+TEST(custom_iq_modulation, bits_per_symbol_and_tables_follow_the_type) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_EQ(engine.get_bits_per_symbol(), 4u);
+  EXPECT_EQ(engine.get_default_constellation().size(), 16u);
+
+  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_MFSK));
+  EXPECT_TRUE(engine.set_mfsk_type(MOD_4FSK));
+  EXPECT_EQ(engine.get_bits_per_symbol(), 2u);
+  // The tone table is in Hz: the outermost tones sit at plus and minus the deviation.
+  double largest = 0.0;
+  for (const auto& entry : engine.get_fsk_deviation_table()) {
+    largest = std::max(largest, std::abs(entry.second.real()));
+  }
+  EXPECT_DOUBLE_EQ(largest, 600000.0);
+  EXPECT_EQ(engine.get_constellation_text(), "4FSK");
+
+  const std::string printed = captured([&] { engine.set_modulator_type(MODULATOR_CUSTOM); });
+  EXPECT_EQ(printed, "ConstellationData is null\n");
+  EXPECT_EQ(engine.get_bits_per_symbol(), 2u);
+
+  observed.reset_counts();
+  EXPECT_TRUE(engine.set_custom_constellation({{0, {1, 0}},
+                                               {1, {0, 1}},
+                                               {2, {-1, 0}},
+                                               {3, {0, -1}},
+                                               {4, {2, 0}},
+                                               {5, {0, 2}},
+                                               {6, {-2, 0}},
+                                               {7, {0, -2}}}));
+  EXPECT_EQ(engine.get_bits_per_symbol(), 3u);
+  EXPECT_EQ(observed.constellation, 1);
+  EXPECT_EQ(engine.get_constellation_text(), "NewCustom");
+}
+
+TEST(custom_iq_modulation, frames_are_fixed_at_one_for_multitone_and_lfm) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_TRUE(engine.set_frame_number(5));
+  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_LFM));
+  EXPECT_EQ(engine.get_frame_number(), 1u);
+  EXPECT_EQ(engine.get_frame_number_bounds().maximum(), 1u);
+  // Triangle sweep: up and down, 1 ms each, at 100 MHz.
+  EXPECT_DOUBLE_EQ(engine.get_waveform_length(), 0.002);
+  EXPECT_EQ(engine.get_total_sample_points(), 200000u);
+  EXPECT_EQ(engine.get_constellation_text(), "");
+  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_APSK_QAM));
+  EXPECT_EQ(engine.get_frame_number_bounds().maximum(), 300u);
+}
+
+TEST(custom_iq_waveform, preset_computes_16qam) {
+  observed_engine_t observed;
+  const custom_iq_t& engine = observed.engine;
+  const lib_iq_data_arr_t& samples = engine.get_waveform_data();
+  ASSERT_EQ(samples.size(), 1024u);
+  EXPECT_EQ(engine.get_total_sample_points(), 1024u);
+  EXPECT_EQ(engine.get_constellation_text(), "16QAM");
+  double largest = 0.0;
+  for (const auto& sample : samples) {
+    largest = std::max({largest, std::abs(sample.real()), std::abs(sample.imag())});
+  }
+  EXPECT_DOUBLE_EQ(largest, 0.89996337890625);
+}
+
+TEST(custom_iq_waveform, fsk_tones_sit_at_the_deviation) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_MFSK));
+  EXPECT_TRUE(engine.set_filter_type(FILTER_NONE));
+  EXPECT_TRUE(engine.set_oversampling(8));
+  EXPECT_TRUE(engine.set_symbol_rate(100000));
+  EXPECT_TRUE(engine.set_fsk_deviation(25000.0));
+  engine.update_waveform();
+  const lib_iq_data_arr_t& samples = engine.get_waveform_data();
+  ASSERT_EQ(samples.size(), 512u * 8u);
+  // Without a pulse filter every phase step is a whole tone, plus or minus the deviation; the
+  // modulator may add one common offset that closes the phase for looped replay.
+  std::vector<double> frequencies;
+  for (std::size_t k = 0; k + 1 < samples.size(); ++k) {
+    frequencies.push_back(instantaneous_frequency(samples, k, 800000.0));
+  }
+  const auto [lowest, highest] = std::minmax_element(frequencies.begin(), frequencies.end());
+  EXPECT_NEAR(*highest - *lowest, 50000.0, 1e-6);
+  EXPECT_LT(std::abs(*highest + *lowest), 1000.0);
+  std::size_t upper = 0;
+  for (const double frequency : frequencies) {
+    const bool is_upper = std::abs(frequency - *highest) < 1e-6;
+    ASSERT_TRUE(is_upper || std::abs(frequency - *lowest) < 1e-6) << frequency;
+    upper += is_upper ? 1 : 0;
+  }
+  // PN9 data is balanced to within a few symbols.
+  EXPECT_NEAR(upper / 8.0, 256.0, 16.0);
+}
+
+TEST(custom_iq_waveform, custom_map_drives_the_symbol_modulator) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_TRUE(
+      engine.set_custom_constellation({{0, {1, 1}}, {1, {-1, 1}}, {2, {-1, -1}}, {3, {1, -1}}}));
+  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_CUSTOM));
+  EXPECT_TRUE(engine.set_filter_type(FILTER_NONE));
+  engine.update_waveform();
+  const lib_iq_data_arr_t& samples = engine.get_waveform_data();
+  ASSERT_EQ(samples.size(), 1024u);
+  // Unfiltered, each symbol's samples are held or zero-stuffed copies of a map point: the
+  // non-zero ones all have |I| = |Q|, and all four quadrants occur.
+  std::vector<int> quadrants(4, 0);
+  for (const auto& sample : samples) {
+    if (std::abs(sample) < 1e-12) {
+      continue;
+    }
+    ASSERT_NEAR(std::abs(sample.real()), std::abs(sample.imag()), 1e-12);
+    ++quadrants[(sample.real() < 0 ? 1 : 0) + (sample.imag() < 0 ? 2 : 0)];
+  }
+  for (const int count : quadrants) {
+    EXPECT_GT(count, 0);
+  }
+}
+
+TEST(custom_iq_waveform, multitone_tones_land_in_their_bins) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_MULTITONE));
+  // Span 5 MHz, two tones: 1.25 MHz and 2.5 MHz at 10 MHz, bin width 10e6 / 8192.
+  EXPECT_DOUBLE_EQ(engine.get_waveform_length(), 8192 / 1e7);
+  EXPECT_EQ(engine.get_total_sample_points(), 8192u);
+  EXPECT_EQ(engine.get_constellation_text(), "Multitone2");
+  engine.update_waveform();
+  EXPECT_EQ(observed.waveform, 1);
+  const lib_iq_data_arr_t& samples = engine.get_waveform_data();
+  ASSERT_EQ(samples.size(), 8192u);
+
+  // All energy (Parseval) lies in the two tone bins and their mirrors L - 1 - b.
+  EXPECT_NEAR(energy_share_in_bins(samples, {1024, 2048, 8191 - 1024, 8191 - 2048}), 1.0, 1e-9);
+}
+
+TEST(custom_iq_waveform, multitone_notch_takes_tones_out) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_MULTITONE));
+  EXPECT_TRUE(engine.set_multitone_mode(true));
+  EXPECT_TRUE(engine.set_multitone_stop(3000000.0));
+  EXPECT_TRUE(engine.set_multitone_start(1000000.0));
+  EXPECT_TRUE(engine.set_multitone_number(5));
+  EXPECT_TRUE(engine.set_multitone_single_side(true));
+  // Tones at 1, 1.5, 2, 2.5, 3 MHz; the notch [1.4, 2.5) MHz removes 1.5 and 2.
+  EXPECT_TRUE(engine.set_multitone_notch_stop(2500000.0));
+  EXPECT_TRUE(engine.set_multitone_notch_start(1400000.0));
+  EXPECT_TRUE(engine.set_multitone_notch_enable(true));
+  engine.update_waveform();
+  const lib_iq_data_arr_t& samples = engine.get_waveform_data();
+  ASSERT_EQ(samples.size(), 8192u);
+  const double bin_width = 1e7 / 8192.0;
+  std::vector<std::size_t> bins;
+  for (const double tone : {1e6, 2.5e6, 3e6}) {
+    bins.push_back(static_cast<std::size_t>(std::round(tone / bin_width)));
+  }
+  EXPECT_NEAR(energy_share_in_bins(samples, bins), 1.0, 1e-9);
+
+  // Start is pulled down with stop; the notch stop cannot pass below the notch start.
+  EXPECT_TRUE(engine.set_multitone_stop(500000.0));
+  EXPECT_DOUBLE_EQ(engine.get_multitone_start(), 500000.0);
+  EXPECT_TRUE(engine.set_multitone_notch_stop(1000000.0));
+  EXPECT_DOUBLE_EQ(engine.get_multitone_notch_stop(), 1400000.0);
+}
+
+TEST(custom_iq_waveform, lfm_sweeps_linearly_and_mirror_negates_q) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  const double rate = 1e6;
+  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_LFM));
+  EXPECT_TRUE(engine.set_lfm_sample_rate(rate));
+  EXPECT_TRUE(engine.set_lfm_bandwidth(200000.0));
+  EXPECT_TRUE(engine.set_lfm_offset(50000.0));
+  EXPECT_TRUE(engine.set_lfm_sweep_type(LFM_SWEEP_UP));
+  engine.update_waveform();
+  const lib_iq_data_arr_t plain = engine.get_waveform_data();
+  ASSERT_EQ(plain.size(), 1000u);
+  // Up sweep from -50 kHz to 150 kHz over 1 ms: f(k) = -50e3 + (k + 0.5) * 200 Hz.
+  for (std::size_t k = 0; k + 1 < plain.size(); k += 111) {
+    EXPECT_NEAR(instantaneous_frequency(plain, k, rate), -50e3 + (k + 0.5) * 200.0, 1e-3);
+  }
+
+  EXPECT_TRUE(engine.set_mirror_spectrum_enable(true));
+  engine.update_waveform();
+  const lib_iq_data_arr_t& mirrored = engine.get_waveform_data();
+  ASSERT_EQ(mirrored.size(), plain.size());
+  for (std::size_t k = 0; k < plain.size(); ++k) {
+    ASSERT_EQ(mirrored[k].real(), plain[k].real());
+    ASSERT_EQ(mirrored[k].imag(), -plain[k].imag());
+  }
+}
+
+TEST(custom_iq_waveform, too_large_chirp_is_refused) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_LFM));
+  EXPECT_TRUE(engine.set_lfm_mode(true));
+  EXPECT_TRUE(engine.set_lfm_segment_list({{0, 1e6, 0.2}, {1e6, 0, 0.2}}));
+  EXPECT_DOUBLE_EQ(engine.get_lfm_total_time(), 0.4);
+  observed.reset_counts();
+  engine.update_waveform();
+  EXPECT_EQ(observed.dirty_false, 1);
+  EXPECT_EQ(observed.too_large, 1);
+  EXPECT_EQ(observed.waveform, 0);
+  EXPECT_TRUE(engine.get_waveform_data().empty());
+
+  // The limit is strict: exactly 3.2e7 samples are allowed.
+  EXPECT_TRUE(custom_iq_t::is_custom_sweep_size_valid(1e8, {{0, 0, 0.16}, {0, 0, 0.16}}));
+  EXPECT_FALSE(custom_iq_t::is_custom_sweep_size_valid(1e8, {{0, 0, 0.16}, {0, 0, 0.1601}}));
+}
+
+TEST(custom_iq_waveform, a_failing_run_is_logged_not_thrown) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  // A data source code outside the table makes the run fail inside the handler.
+  EXPECT_TRUE(engine.set_data_source_type(static_cast<data_source_type_t>(9)));
+  observed.reset_counts();
+  testing::internal::CaptureStderr();
+  engine.update_waveform();
+  const std::string log = testing::internal::GetCapturedStderr();
+  EXPECT_NE(log.find("\033[0;31m[×] dp_main_t exec error:\033[0m"), std::string::npos) << log;
+  EXPECT_NE(log.find("--> LINE:\033[0m \033[1;34m284\033[0m"), std::string::npos);
+  EXPECT_NE(log.find("\033[1;34mupdate_waveform\033[0m"), std::string::npos);
+  EXPECT_NE(log.find("--> exception:"), std::string::npos);
+  EXPECT_EQ(observed.waveform, 0);
+  EXPECT_TRUE(engine.get_waveform_data().empty());
+}
+
+TEST(custom_iq_lfm, segment_rows_are_clamped_and_checked) {
+  observed_engine_t observed;
+  custom_iq_t& engine = observed.engine;
+  EXPECT_TRUE(engine.set_lfm_segments(5));
+  ASSERT_EQ(engine.get_lfm_segment_list().size(), 5u);
+  EXPECT_DOUBLE_EQ(engine.get_lfm_segment_list()[4].duration, 0.001);
+  EXPECT_DOUBLE_EQ(engine.get_lfm_total_time(), 0.006);
+
+  // Half the 100 MHz rate is the frequency limit; a clamp shows even without a change.
+  EXPECT_TRUE(engine.set_frequency(0, 9e9, true));
+  EXPECT_DOUBLE_EQ(engine.get_lfm_segment_list()[0].stop_frequency, 5e7);
+  observed.reset_counts();
+  EXPECT_FALSE(engine.set_frequency(0, 9e9, true));
+  EXPECT_EQ(observed.ui, 1);
+
+  EXPECT_TRUE(engine.set_duration_time(1, 5.0));
+  EXPECT_DOUBLE_EQ(engine.get_lfm_segment_list()[1].duration, 1.0);
+  EXPECT_DOUBLE_EQ(engine.get_lfm_total_time(), 1.005);
+
+  EXPECT_EQ(captured([&] { engine.set_frequency(5, 0.0, false); }), "set_frequency para err\n");
+  EXPECT_EQ(captured([&] { engine.set_duration_time(9, 0.1); }), "set_duration_time para err\n");
+
+  EXPECT_TRUE(engine.set_lfm_segments(2));
+  EXPECT_DOUBLE_EQ(engine.get_lfm_total_time(), 1.002);
+}
+
+TEST(custom_iq_translation, unknown_codes_are_reported_and_become_zero) {
+  EXPECT_EQ(plib_func_t::transfer_modulator_type(3), 2u);
+  EXPECT_EQ(plib_func_t::transfer_constellation_type(32), 31u);
+  EXPECT_EQ(plib_func_t::transfer_constellation_type(30), 30u);
+  uint32 result = 1;
+  EXPECT_EQ(captured([&] { result = plib_func_t::transfer_modulator_type(2); }),
+            "plib_func_t::transfer_modulator_type Report: Unexpected Modulator Type!\n");
+  EXPECT_EQ(result, 0u);
+  EXPECT_EQ(captured([&] { result = plib_func_t::transfer_constellation_type(31); }),
+            "plib_func_t::transfer_constellation_type Report: Unexpected Constellation Type!\n");
+  EXPECT_EQ(result, 0u);
+}
+
+}  // namespace
