@@ -1,0 +1,174 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "cfg/cfg_custom_iq.h"
+#include "cfg/cfg_protocol_factory.h"
+#include "cfg/cfg_protocol_state.h"
+#include "cfg/cfg_waveform_file_reader.h"
+#include "lib/plib.h"
+#include "tests/cfg/test_folder_fixture.h"
+
+namespace {
+
+using nal::cfg_custom_iq_t;
+using nal::custom_iq_t;
+
+// Every parameter away from its preset, in an order the cascades allow.
+void change_everything(custom_iq_t& e) {
+  e.set_waveform_name("Field test");
+  e.set_frame_number(3);
+  e.set_mirror_spectrum_enable(true);
+  e.set_data_source_type(nal::DATA_SOURCE_PN15);
+  e.set_symbol_length(777);
+  e.set_oversampling(6);
+  e.set_symbol_rate(123457);
+  e.set_custom_bits("1011001");
+  e.set_modulator_type(nal::MODULATOR_MFSK);
+  e.set_mfsk_type(nal::MOD_4FSK);
+  e.set_fsk_deviation(300000.25);
+  e.set_modulator_type(nal::MODULATOR_APSK_QAM);
+  e.set_apsk_qam_type(nal::MOD_64QAM);
+  e.set_gray_code_enable(true);
+  e.set_multitone_mode(true);
+  e.set_multitone_sample_rate(2.5e7);
+  e.set_multitone_span(3.3e6);
+  e.set_multitone_start(1.25e6);
+  e.set_multitone_stop(4.5e6);
+  e.set_multitone_number(17);
+  e.set_multitone_single_side(true);
+  e.set_multitone_notch_enable(true);
+  e.set_multitone_notch_stop(3e6);
+  e.set_multitone_notch_start(2e6);
+  e.set_custom_constellation({{0, {std::sqrt(0.5), -1.0 / 3.0}}, {1, {-0.1, 0.2}}});
+  e.set_custom_constellation_name("Two points");
+  e.set_show_constellation_symbol(true);
+  e.set_lfm_mode(true);
+  e.set_lfm_sample_rate(2e8);
+  e.set_lfm_sweep_time(0.0025);
+  e.set_lfm_bandwidth(7e7);
+  e.set_lfm_offset(-1.5e6);
+  e.set_lfm_sweep_type(nal::LFM_SWEEP_DOWN);
+  e.set_lfm_segments(4);
+  e.set_frequency(3, 2.2e6, true);
+  e.set_duration_time(3, 0.0004);
+  e.set_filter_type(nal::FILTER_RAISED_COSINE);
+  e.set_filter_alpha(0.27);
+  e.set_filter_length(20);
+}
+
+void expect_same_settings(const custom_iq_t& a, const custom_iq_t& b) {
+  EXPECT_EQ(a.get_waveform_name(), b.get_waveform_name());
+  EXPECT_EQ(a.get_frame_number(), b.get_frame_number());
+  EXPECT_EQ(a.get_mirror_spectrum_enable(), b.get_mirror_spectrum_enable());
+  EXPECT_EQ(a.get_data_source_type(), b.get_data_source_type());
+  EXPECT_EQ(a.get_symbol_length(), b.get_symbol_length());
+  EXPECT_EQ(a.get_symbol_rate(), b.get_symbol_rate());
+  EXPECT_EQ(a.get_custom_bits(), b.get_custom_bits());
+  EXPECT_EQ(a.get_bits_per_symbol(), b.get_bits_per_symbol());
+  EXPECT_EQ(a.get_modulator_type(), b.get_modulator_type());
+  EXPECT_EQ(a.get_apsk_qam_type(), b.get_apsk_qam_type());
+  EXPECT_EQ(a.get_gray_code_enable(), b.get_gray_code_enable());
+  EXPECT_EQ(a.get_mfsk_type(), b.get_mfsk_type());
+  EXPECT_EQ(a.get_fsk_deviation(), b.get_fsk_deviation());
+  EXPECT_EQ(a.get_multitone_mode(), b.get_multitone_mode());
+  EXPECT_EQ(a.get_multitone_sample_rate(), b.get_multitone_sample_rate());
+  EXPECT_EQ(a.get_multitone_span(), b.get_multitone_span());
+  EXPECT_EQ(a.get_multitone_start(), b.get_multitone_start());
+  EXPECT_EQ(a.get_multitone_stop(), b.get_multitone_stop());
+  EXPECT_EQ(a.get_multitone_number(), b.get_multitone_number());
+  EXPECT_EQ(a.get_multitone_single_side(), b.get_multitone_single_side());
+  EXPECT_EQ(a.get_multitone_notch_enable(), b.get_multitone_notch_enable());
+  EXPECT_EQ(a.get_multitone_notch_start(), b.get_multitone_notch_start());
+  EXPECT_EQ(a.get_multitone_notch_stop(), b.get_multitone_notch_stop());
+  EXPECT_EQ(a.get_custom_constellation(), b.get_custom_constellation());
+  EXPECT_EQ(a.get_custom_constellation_name(), b.get_custom_constellation_name());
+  EXPECT_EQ(a.get_show_constellation_symbol(), b.get_show_constellation_symbol());
+  EXPECT_EQ(a.get_lfm_mode(), b.get_lfm_mode());
+  EXPECT_EQ(a.get_lfm_sample_rate(), b.get_lfm_sample_rate());
+  EXPECT_EQ(a.get_lfm_sweep_time(), b.get_lfm_sweep_time());
+  EXPECT_EQ(a.get_lfm_bandwidth(), b.get_lfm_bandwidth());
+  EXPECT_EQ(a.get_lfm_offset(), b.get_lfm_offset());
+  EXPECT_EQ(a.get_lfm_sweep_type(), b.get_lfm_sweep_type());
+  EXPECT_EQ(a.get_lfm_segments(), b.get_lfm_segments());
+  EXPECT_EQ(a.get_lfm_total_time(), b.get_lfm_total_time());
+  ASSERT_EQ(a.get_lfm_segment_list().size(), b.get_lfm_segment_list().size());
+  for (std::size_t i = 0; i < a.get_lfm_segment_list().size(); ++i) {
+    EXPECT_EQ(a.get_lfm_segment_list()[i].start_frequency,
+              b.get_lfm_segment_list()[i].start_frequency);
+    EXPECT_EQ(a.get_lfm_segment_list()[i].stop_frequency,
+              b.get_lfm_segment_list()[i].stop_frequency);
+    EXPECT_EQ(a.get_lfm_segment_list()[i].duration, b.get_lfm_segment_list()[i].duration);
+  }
+  EXPECT_EQ(a.get_filter_type(), b.get_filter_type());
+  EXPECT_EQ(a.get_filter_alpha(), b.get_filter_alpha());
+  EXPECT_EQ(a.get_filter_length(), b.get_filter_length());
+  EXPECT_EQ(a.get_oversampling(), b.get_oversampling());
+}
+
+using CustomIqConfig = wavelume_test::folder_fixture_t;
+
+TEST_F(CustomIqConfig, EveryParameterSurvivesAStateFile) {
+  cfg_custom_iq_t original;
+  original.preset();
+  change_everything(original.engine());
+
+  const auto path = _folder / "custom.state";
+  ASSERT_TRUE(nal::cfg_protocol_state_t::save_protocol_state(path.string(), {&original}, 0));
+  std::vector<std::unique_ptr<nal::cfg_protocol_base_t>> loaded;
+  nal::uint64 index = 9;
+  ASSERT_TRUE(nal::cfg_protocol_state_t::load_protocol_state(path.string(), loaded, index));
+  ASSERT_EQ(loaded.size(), 1u);
+  auto* recalled = dynamic_cast<cfg_custom_iq_t*>(loaded[0].get());
+  ASSERT_NE(recalled, nullptr);
+  expect_same_settings(original.engine(), recalled->engine());
+
+  // The same settings give the same waveform, bit for bit.
+  original.engine().update_waveform();
+  recalled->engine().update_waveform();
+  ASSERT_FALSE(original.engine().get_waveform_data().empty());
+  EXPECT_EQ(original.engine().get_waveform_data(), recalled->engine().get_waveform_data());
+}
+
+TEST(CustomIqConfigXml, AnotherProtocolsElementIsNotRead) {
+  cfg_custom_iq_t config;
+  config.preset();
+  pugi::xml_document document;
+  pugi::xml_node node = document.append_child("ProtocolConfiguration");
+  node.append_attribute("ProtocolType") = "Bluetooth LE";
+  node.append_child("Basic").append_child("WaveformFrameNumber").text().set(7);
+  EXPECT_FALSE(config.load_from_xml(node));
+  EXPECT_EQ(config.engine().get_frame_number(), 1u);
+}
+
+TEST_F(CustomIqConfig, SavedWaveformFileCarriesRateRmsAndSamples) {
+  cfg_custom_iq_t config;
+  config.preset();
+  const auto path = _folder / "preset.ARB";
+  testing::internal::CaptureStdout();
+  ASSERT_TRUE(config.save_wavefrom_to_file(path.string()));
+  EXPECT_EQ(testing::internal::GetCapturedStdout().rfind("file_header = FileType,IQ,", 0), 0u);
+
+  nal::cfg_waveform_file_contents_t contents;
+  std::string error;
+  ASSERT_TRUE(nal::cfg_waveform_file_reader_t::read(path.string(), contents, error)) << error;
+  EXPECT_EQ(contents.seal, nal::cfg_waveform_file_contents_t::SEAL_MATCHES);
+  EXPECT_EQ(contents.field("SampleRate"), "2000000");  // 1 Msymbol/s x 2
+  EXPECT_EQ(contents.field("FileName"), "preset.ARB");
+  const auto& samples = config.engine().get_waveform_data();
+  ASSERT_EQ(contents.samples.size(), samples.size());
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    ASSERT_LE(std::abs(contents.samples[i] - samples[i]), std::sqrt(0.5) / 32767.0 + 1e-12) << i;
+  }
+  EXPECT_NEAR(std::stod(contents.field("RMS")),
+              nal::common_lib::plib_t::get_complex_array_rms(samples), 1e-12);
+}
+
+TEST(CustomIqConfigFactory, MakesTheCustomIqConfiguration) {
+  const auto config = nal::cfg_protocol_factory_t::create_protocol_config(nal::PROTOCOL_CUSTOM_IQ);
+  ASSERT_NE(config, nullptr);
+  EXPECT_EQ(config->protocol_type(), nal::PROTOCOL_CUSTOM_IQ);
+  EXPECT_NE(dynamic_cast<cfg_custom_iq_t*>(config.get()), nullptr);
+}
+
+}  // namespace
