@@ -1,6 +1,5 @@
 #include "cfg/cfg_protocol_state.h"
 
-#include <QtGui/private/qzipreader_p.h>
 #include <QtGui/private/qzipwriter_p.h>
 #include <QBuffer>
 #include <QCryptographicHash>
@@ -11,6 +10,7 @@
 #include <sstream>
 
 #include "cfg/cfg_protocol_factory.h"
+#include "cfg/cfg_zip_reader.h"
 #include "cfg/lib_xml_common.h"
 
 namespace nal {
@@ -49,21 +49,6 @@ std::string document_text(const std::vector<const cfg_protocol_base_t*>& configu
   std::ostringstream text;
   document.save(text, "\t", pugi::format_default, pugi::encoding_utf8);
   return text.str();
-}
-
-// The data of one entry, or false when it is missing or too large.
-bool entry_data(QZipReader& reader, const QString& name, QByteArray& data) {
-  for (const QZipReader::FileInfo& info : reader.fileInfoList()) {
-    if (info.isFile && info.filePath == name) {
-      if (info.size < 0 ||
-          static_cast<std::size_t>(info.size) > cfg_protocol_state_t::max_entry_bytes) {
-        return false;
-      }
-      data = reader.fileData(name);
-      return data.size() == info.size;
-    }
-  }
-  return false;
 }
 
 }  // namespace
@@ -122,17 +107,16 @@ bool cfg_protocol_state_t::parse_protocol_state(
     std::cerr << "The file format is incorrect:" << path << std::endl;
     return false;
   }
-  QByteArray data = QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size()));
-  QBuffer archive(&data);
-  archive.open(QIODevice::ReadOnly);
-  QZipReader reader(&archive);
-  QByteArray document;
-  QByteArray seal;
-  if (reader.status() != QZipReader::NoError || !entry_data(reader, document_entry, document) ||
-      !entry_data(reader, seal_entry, seal)) {
+  cfg_zip_reader_t reader;
+  std::string document_bytes;
+  std::string seal_bytes;
+  if (!reader.open(bytes) || !reader.entry(document_entry, max_entry_bytes, document_bytes) ||
+      !reader.entry(seal_entry, max_entry_bytes, seal_bytes)) {
     std::cerr << "The file format is incorrect:" << path << std::endl;
     return false;
   }
+  const QByteArray document(document_bytes.data(), static_cast<int>(document_bytes.size()));
+  const QByteArray seal(seal_bytes.data(), static_cast<int>(seal_bytes.size()));
   if (seal.trimmed().toLower() != md5_hex(document)) {
     std::cerr << "Check failure:" << path << std::endl;
     return false;

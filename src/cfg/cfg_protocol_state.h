@@ -39,9 +39,10 @@ class cfg_protocol_state_t {
                                   std::vector<std::unique_ptr<cfg_protocol_base_t>>& configurations,
                                   uint64& current_tab_index, const factory_t& factory);
   // The same on the bytes of an archive; `name` only labels the messages.
-  static bool parse_protocol_state(const std::string& bytes, const std::string& name,
-                                   std::vector<std::unique_ptr<cfg_protocol_base_t>>& configurations,
-                                   uint64& current_tab_index, const factory_t& factory);
+  static bool parse_protocol_state(
+      const std::string& bytes, const std::string& name,
+      std::vector<std::unique_ptr<cfg_protocol_base_t>>& configurations, uint64& current_tab_index,
+      const factory_t& factory);
 };
 
 }  // namespace nal

@@ -1,8 +1,11 @@
 // wavelume-cli: runs the waveform engines without a display.
 
+#include <algorithm>
 #include <iostream>
 #include <string>
+#include <vector>
 
+#include "cli/cli_generate.h"
 #include "cli/cli_info.h"
 #include "cli/cli_selfcheck.h"
 
@@ -12,6 +15,12 @@ constexpr const char* usage =
     "Usage: wavelume-cli COMMAND\n"
     "\n"
     "Commands:\n"
+    "  protocols               list protocol names and their state-file texts\n"
+    "  defaults PROTOCOL [-o FILE.xml]\n"
+    "                          print the default ProtocolConfiguration element\n"
+    "  generate SOURCE [--tab N] [--set PATH=VALUE]... -o OUT\n"
+    "                          compute a waveform from a protocol name, .state, .project or\n"
+    "                          .xml file into OUT (.ARB, .csv or .sigmf-data)\n"
     "  info FILE.ARB [--json]  header fields, samples, duration, rms, peak, PAPR and seal of a\n"
     "                          waveform file\n"
     "  selfcheck               check the signal library on this machine and measure its speed\n"
@@ -23,6 +32,16 @@ int main(int argc, char** argv) {
   const std::string command = argc > 1 ? argv[1] : "";
   if (command == "selfcheck" && argc == 2) {
     return wavelume::cli::run_selfcheck(std::cout);
+  }
+  const std::vector<std::string> rest(argv + std::min(argc, 2), argv + argc);
+  if (command == "protocols" && argc == 2) {
+    return wavelume::cli::run_protocols(std::cout);
+  }
+  if (command == "defaults" && argc >= 3) {
+    return wavelume::cli::run_defaults(rest, std::cout, std::cerr);
+  }
+  if (command == "generate") {
+    return wavelume::cli::run_generate(rest, std::cout, std::cerr);
   }
   if (command == "info" && (argc == 3 || (argc == 4 && std::string(argv[3]) == "--json"))) {
     return wavelume::cli::run_info(argv[2], argc == 4, std::cout, std::cerr);

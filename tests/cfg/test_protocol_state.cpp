@@ -193,6 +193,18 @@ TEST_F(ProtocolState, DamagedOrOversizedFilesAreRefusedWithoutHandingOutAnything
                     errors));
   EXPECT_NE(errors.find("The file format is incorrect:"), std::string::npos);
 
+  // An entry whose declared size disagrees with its stream (found by fuzzing: such archives once
+  // made the reader loop and allocate without end).
+  EXPECT_FALSE(
+      load(python_archive("liar.state", sealed_entries("<Wavelume/>") +
+                                            "import struct\n"
+                                            "b = bytearray(open(sys.argv[1], 'rb').read())\n"
+                                            "c = b.rfind(b'PK\\x01\\x02')\n"
+                                            "b[c + 24:c + 28] = struct.pack('<I', 8191)\n"
+                                            "open(sys.argv[1], 'wb').write(b)\n"),
+           errors));
+  EXPECT_NE(errors.find("The file format is incorrect:"), std::string::npos);
+
   EXPECT_FALSE(load(_folder / "missing.state", errors));
   EXPECT_NE(errors.find("could not open the file :"), std::string::npos);
   // Every refusal left the caller's list as it was.
