@@ -1,12 +1,12 @@
 #include "cli/cli_info.h"
 
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <iomanip>
 #include <sstream>
 
 #include "cfg/cfg_waveform_file_reader.h"
+#include "cli/cli_text.h"
 #include "lib/plib.h"
 
 namespace wavelume::cli {
@@ -52,24 +52,6 @@ const char* seal_text(cfg_waveform_file_contents_t::seal_state_t seal) {
     default:
       return "absent";
   }
-}
-
-std::string json_string(const std::string& text) {
-  std::string quoted = "\"";
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '"' || c == '\\') {
-      quoted += '\\';
-      quoted += c;
-    } else if (byte < 0x20) {
-      char escaped[8];
-      std::snprintf(escaped, sizeof(escaped), "\\u%04x", byte);
-      quoted += escaped;
-    } else {
-      quoted += c;
-    }
-  }
-  return quoted + "\"";
 }
 
 void print_json(const std::string& path, const cfg_waveform_file_contents_t& contents,

@@ -6,14 +6,11 @@
 #include <functional>
 #include <iomanip>
 
+#include "cli/cli_text.h"
+
 namespace wavelume::cli {
 
 namespace {
-
-bool ends_with(const std::string& text, const std::string& ending) {
-  return text.size() >= ending.size() &&
-         text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
-}
 
 // Writes through a temporary file beside `path`, renamed into place when complete.
 bool write_file(const std::string& path, const std::function<void(std::ofstream&)>& fill,
@@ -37,17 +34,6 @@ bool write_file(const std::string& path, const std::function<void(std::ofstream&
     return false;
   }
   return true;
-}
-
-std::string json_text(const std::string& text) {
-  std::string quoted = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '\\') {
-      quoted += '\\';
-    }
-    quoted += c;
-  }
-  return quoted + "\"";
 }
 
 }  // namespace
@@ -93,7 +79,7 @@ bool write_output(nal::cfg_protocol_base_t& configuration, const nal::lib_iq_dat
                      << "    \"core:datatype\": \"cf32_le\",\n"
                      << "    \"core:sample_rate\": " << sample_rate << ",\n"
                      << "    \"core:version\": \"1.0.0\",\n"
-                     << "    \"core:description\": " << json_text(protocol) << "\n  },\n"
+                     << "    \"core:description\": " << json_string(protocol) << "\n  },\n"
                      << "  \"captures\": [{\"core:sample_start\": 0}],\n"
                      << "  \"annotations\": []\n}\n";
                },

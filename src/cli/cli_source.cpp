@@ -6,17 +6,13 @@
 
 #include "cfg/cfg_protocol_state.h"
 #include "cli/cli_protocol_names.h"
+#include "cli/cli_text.h"
 
 namespace wavelume::cli {
 
 namespace {
 
 constexpr std::uintmax_t max_xml_bytes = std::uintmax_t{64} << 20;
-
-bool ends_with(const std::string& text, const std::string& ending) {
-  return text.size() >= ending.size() &&
-         text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
-}
 
 bool load_protocol(nal::protocol_type_t type, pugi::xml_document& document,
                    pugi::xml_node& configuration, std::string& error) {
