@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <set>
-#include <stdexcept>
 
-#include "lib/lib_common_container.h"
 #include "lib/lib_common_signal_process.h"
 #include "lib/lib_common_type_cast.h"
 #include "lib/lib_enum_text.h"
@@ -37,16 +34,6 @@ TEST(SignalProcess, IdleRunsOfThreeOrMoreAreRemoved) {
   lib_common_signal_process_t::remove_idle_samples(nal::lib_fp_data_arr_t{1, 0, 0, 0, -1e-13, 5},
                                                    real_out);
   EXPECT_EQ(real_out, (nal::lib_fp_data_arr_t{1, 5}));
-}
-
-TEST(SignalProcess, ZeroBlocks) {
-  const nal::lib_fp_data_arr_t values = {0.0, 1e-13, 0.0, 1.0};
-  EXPECT_TRUE(lib_common_signal_process_t::is_zero_block(values, 0, 3));
-  EXPECT_FALSE(lib_common_signal_process_t::is_zero_block(values, 1, 3));
-  EXPECT_FALSE(lib_common_signal_process_t::is_zero_block(values, 2, 3));  // does not fit
-  EXPECT_TRUE(lib_common_signal_process_t::is_zero_block(values, 2, 0));
-  EXPECT_TRUE(lib_common_signal_process_t::is_zero_block(from_amplitudes({0, 0, 7}), 0, 2));
-  EXPECT_FALSE(lib_common_signal_process_t::is_zero_block(from_amplitudes({0, 0, 7}), 1, 2));
 }
 
 TEST(SignalProcess, Padding) {
@@ -110,21 +97,6 @@ TEST(TypeCast, ConstellationSizesAndModulators) {
   EXPECT_EQ(out, from_amplitudes({1.5, -2.0}));
 }
 
-TEST(EnumText, MapsHoldEveryValueOnceWithUniqueTexts) {
-  const auto& modulations = nal::common_lib::modulation_type_text_map();
-  ASSERT_EQ(modulations.size(), 32u);
-  std::set<std::string> texts;
-  for (const auto& [value, text] : modulations) {
-    texts.insert(text);
-  }
-  EXPECT_EQ(texts.size(), 32u);
-  EXPECT_EQ(modulations.at(nal::MOD_PI4_DQPSK), "PI/4-DQPSK");
-  EXPECT_EQ(nal::common_lib::filter_type_text_map().at(nal::FILTER_ROOT_COSINE), "Root Cosine");
-  EXPECT_EQ(nal::common_lib::modulator_type_text_map().at(nal::MODULATOR_APSK_QAM), "APSK && QAM");
-  EXPECT_EQ(nal::common_lib::lfm_sweep_type_text_map().size(), 3u);
-  EXPECT_EQ(nal::common_lib::data_source_type_text_map().at(nal::DATA_SOURCE_CUSTOM), "CUSTOM");
-}
-
 TEST(EnumText, LookupIsExactAndAMissLeavesTheValue) {
   using nal::common_lib::lib_enum_text_t;
   nal::filter_type_t filter = nal::FILTER_NONE;
@@ -143,30 +115,6 @@ TEST(EnumText, LookupIsExactAndAMissLeavesTheValue) {
   EXPECT_FALSE(lib_enum_text_t::get_enum_value(empty, "None", filter));
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
             "lib_xml_common_t::get_enum_value Warning : Empty enum string mapping!\n");
-}
-
-TEST(Container, MapArrayRoundTripAndSizeCheck) {
-  using nal::common_lib::lib_common_container_t;
-  std::map<nal::uint32, double> map = {{3, 0.3}, {1, 0.1}, {2, 0.2}};
-  std::vector<nal::uint32> keys;
-  std::vector<double> values;
-  lib_common_container_t::get_map_key_arr(map, keys);
-  lib_common_container_t::get_map_value_arr(map, values);
-  EXPECT_EQ(keys, (std::vector<nal::uint32>{1, 2, 3}));
-  EXPECT_EQ(values, (std::vector<double>{0.1, 0.2, 0.3}));
-  EXPECT_TRUE(lib_common_container_t::set_map_value_arr(std::vector<double>{7, 8, 9}, map));
-  EXPECT_EQ(map.at(1), 7.0);
-  EXPECT_EQ(map.at(3), 9.0);
-
-  testing::internal::CaptureStdout();
-  EXPECT_FALSE(lib_common_container_t::set_map_value_arr(std::vector<double>{1}, map));
-  EXPECT_EQ(
-      testing::internal::GetCapturedStdout(),
-      "lib_common_container_t::set_map_value_arr Report: Value Array size is NOT EQUAL to data "
-      "map!\n");
-
-  EXPECT_EQ(lib_common_container_t::get_max_element({3, 9, 2, 9}), 9u);
-  EXPECT_THROW(lib_common_container_t::get_max_element({}), std::out_of_range);
 }
 
 }  // namespace

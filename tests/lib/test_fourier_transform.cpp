@@ -71,20 +71,6 @@ TEST(FourierTransform, InverseLengthFallsBackOrIsRefused) {
       testing::ExitedWithCode(0), "");
 }
 
-TEST(FourierTransform, ShiftPutsBinZeroAtTheCentre) {
-  lib_iq_data_arr_t odd = {0.0, 1.0, 2.0, 3.0, 4.0};
-  lib_fourier_transform_t::deal_fft_shift(odd);
-  EXPECT_EQ(odd, (lib_iq_data_arr_t{3.0, 4.0, 0.0, 1.0, 2.0}));
-
-  lib_iq_data_arr_t even = {0.0, 1.0, 2.0, 3.0};
-  lib_fourier_transform_t::deal_fft_shift(even);
-  EXPECT_EQ(even, (lib_iq_data_arr_t{2.0, 3.0, 0.0, 1.0}));
-
-  lib_iq_data_arr_t empty;
-  lib_fourier_transform_t::deal_fft_shift(empty);
-  EXPECT_TRUE(empty.empty());
-}
-
 TEST(FourierTransform, MultiThreadFormsAgreeWithThePlanCache) {
   const lib_iq_data_arr_t x = random_samples(4096, 8);
   lib_iq_data_arr_t cached;

@@ -133,18 +133,4 @@ TEST(IqWaveform, ResamplingReachesTheTargetRate) {
   EXPECT_NEAR(static_cast<fp64>(generator.get_baseband_iq().size()), 400.0 * 5.0 / 4.0, 2.0);
 }
 
-TEST(IqWaveform, CopiesContinueIdentically) {
-  lib_iq_waveform_t original;
-  ASSERT_TRUE(original.set_iq_waveform_config(qpsk_config()));
-  lib_iq_waveform_t copy = original;
-  lib_iq_waveform_config_t other = qpsk_config();
-  other.constellation_type = nal::MOD_64QAM;
-  original.set_iq_waveform_config(other);
-  copy.generate_iq_signal();
-  lib_iq_waveform_t fresh;
-  fresh.set_iq_waveform_config(qpsk_config());
-  fresh.generate_iq_signal();
-  EXPECT_EQ(copy.get_baseband_iq(), fresh.get_baseband_iq());
-}
-
 }  // namespace

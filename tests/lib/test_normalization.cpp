@@ -46,13 +46,6 @@ TEST(Normalization, EachScaleReachesOne) {
   EXPECT_NEAR(magnitudes, 1.0, 1e-14);
 }
 
-TEST(Normalization, DividesExactlyAsAPlainDivision) {
-  lib_fp_data_arr_t values = {0.1, 0.7, 0.3};
-  const double energy = std::sqrt(0.1 * 0.1 + 0.7 * 0.7 + 0.3 * 0.3);
-  lib_normalization_t::filter_energy_normalize(values);
-  EXPECT_EQ(values, (lib_fp_data_arr_t{0.1 / energy, 0.7 / energy, 0.3 / energy}));
-}
-
 TEST(Normalization, RealSumKeepsItsSign) {
   lib_fp_data_arr_t values = {-2.0, -2.0};
   lib_normalization_t::sum_normalize(values);

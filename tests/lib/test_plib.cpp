@@ -47,22 +47,6 @@ TEST(Plib, PhaseWrappingIsHalfOpen) {
   EXPECT_TRUE(std::isnan(plib_t::wrap_phase(NAN)));
 }
 
-TEST(Plib, DecibelsAndComplexHelpers) {
-  EXPECT_DOUBLE_EQ(plib_t::amplitude_to_db(10.0, 1e-12), 20.0);
-  EXPECT_DOUBLE_EQ(plib_t::amplitude_to_db(0.0, 1e-10), -200.0);
-  EXPECT_NEAR(plib_t::db_to_amplitude(-6.0), 0.5011872336272722, 1e-15);
-  EXPECT_DOUBLE_EQ(plib_t::get_complex_amplitude({3.0, 4.0}), 5.0);
-  EXPECT_EQ(plib_t::get_complex_conjugate({1.0, 2.0}), std::complex<double>(1.0, -2.0));
-  EXPECT_EQ(plib_t::get_complex_phase({0.0, 0.0}), 0.0);
-  EXPECT_EQ(plib_t::get_complex_phase({1e-13, 2.0}), pi / 2);
-  EXPECT_EQ(plib_t::get_complex_phase({1e-13, -2.0}), -pi / 2);
-  EXPECT_DOUBLE_EQ(plib_t::get_complex_phase({-1.0, -1.0}), -0.75 * pi);
-  std::complex<double> sample(1.0, 0.0);
-  plib_t::rotate_complex(pi / 2, sample);
-  EXPECT_NEAR(sample.real(), 0.0, 1e-16);
-  EXPECT_NEAR(sample.imag(), 1.0, 1e-16);
-}
-
 TEST(Plib, ArrayStatisticsAndTheirEmptyReports) {
   const lib_iq_data_arr_t square = {{1.0, 0.0}, {0.0, -1.0}, {-1.0, 0.0}, {0.0, 1.0}};
   EXPECT_DOUBLE_EQ(plib_t::get_complex_array_rms(square), 1.0);
@@ -80,23 +64,6 @@ TEST(Plib, ArrayStatisticsAndTheirEmptyReports) {
             "plib_t::get_complex_array_rms Report: Empty data array to rms calculation!\n"
             "plib_t::get_data_max_amplitude Report: Empty data array to max amplitude search!\n"
             "plib_t::get_peak_to_rms_ratio Report: Empty data array!\n");
-}
-
-TEST(Plib, DerivedArrays) {
-  const lib_iq_data_arr_t x = {{0.0, 0.0}, {0.0, 1.0}, {0.1, 0.0}, {1e-13, 0.0}};
-  nal::lib_fp_data_arr_t values = {42.0};
-  plib_t::get_amplitude_arr(x, values);
-  EXPECT_EQ(values, (nal::lib_fp_data_arr_t{0.0, 1.0, 0.1, 1e-13}));
-  plib_t::get_phase_arr(x, values);
-  EXPECT_EQ(values, (nal::lib_fp_data_arr_t{0.0, pi / 2, 0.0, 0.0}));
-  plib_t::get_relative_level_arr(x, values);
-  ASSERT_EQ(values.size(), 4u);
-  EXPECT_EQ(values[0], -200.0);
-  EXPECT_EQ(values[1], 0.0);
-  EXPECT_NEAR(values[2], -20.0, 1e-12);
-  EXPECT_EQ(values[3], -200.0);
-  plib_t::get_relative_level_arr(lib_iq_data_arr_t(3), values);
-  EXPECT_EQ(values, nal::lib_fp_data_arr_t(3, -200.0));
 }
 
 TEST(Plib, WorkThreadRule) {
