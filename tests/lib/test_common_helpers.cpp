@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-
 #include "lib/lib_common_signal_process.h"
 #include "lib/lib_common_type_cast.h"
 #include "lib/lib_enum_text.h"

@@ -125,40 +125,6 @@ TEST(ConstellationDefaults, EveryTypeHasEachKeyOnceAndItsScale) {
   }
 }
 
-TEST(ConstellationDefaults, GeneratorMatchesTheClasses) {
-  lib_constellation_map_t map;
-  for (uint32 index = 0; index <= 10; ++index) {
-    lib_constellation_generator_t::generate_default_qam_constellation(index, map, true);
-    EXPECT_EQ(map, default_map(static_cast<modulation_type_t>(MOD_4QAM + index), true));
-  }
-  using generator_t = bool (*)(uint32, lib_constellation_map_t&, bool);
-  using g = lib_constellation_generator_t;
-  const std::vector<std::tuple<generator_t, uint32, modulation_type_t>> others = {
-      {&g::generate_default_psk_constellation, 9, MOD_8PSK},
-      {&g::generate_default_apsk_constellation, 1, MOD_32APSK},
-      {&g::generate_default_fsk_constellation, 4, MOD_MSK},
-      {&g::generate_default_ask_constellation, 0, MOD_2ASK},
-  };
-  for (const auto& [generate, index, type] : others) {
-    EXPECT_TRUE(generate(index, map, true));
-    EXPECT_EQ(map, default_map(type, true)) << type;
-  }
-
-  // The first index past each table; FSK keeps the QAM text.
-  const std::vector<std::tuple<generator_t, uint32, std::string>> refused = {
-      {&g::generate_default_ask_constellation, 4, "ask_constellation Report : Error ASK Type!"},
-      {&g::generate_default_psk_constellation, 11, "psk_constellation Report : Error PSK Type!"},
-      {&g::generate_default_qam_constellation, 11, "qam_constellation Report : Error QAM Type!"},
-      {&g::generate_default_apsk_constellation, 2, "apsk_constellation Report : Error APSK Type!"},
-      {&g::generate_default_fsk_constellation, 5, "qam_constellation Report : Error QAM Type!"},
-  };
-  for (const auto& [generate, index, text] : refused) {
-    EXPECT_EQ(refusal_of([&, g = generate, i = index] { return g(i, map, false); }),
-              "lib_constellation_generator_t::generate_default_" + text + "\n");
-    EXPECT_TRUE(map.empty());
-  }
-}
-
 // Grid neighbours differ in one bit, save where a cross cannot be Gray: at the step from its K
 // central rows into the rows above and below, all K columns of each edge differ in two bits.
 TEST(ConstellationGray, QamGridNeighboursDifferInOneBit) {
@@ -257,34 +223,6 @@ TEST(ConstellationDefaults, ExplicitPoints) {
   }
 }
 
-TEST(ConstellationDefaults, ApskRingsFollowTheirTables) {
-  struct ring_t {
-    double radius;
-    uint32 count;
-  };
-  const std::vector<std::pair<modulation_type_t, std::vector<ring_t>>> cases = {
-      {MOD_16APSK, {{1.0, 4}, {2.84, 12}}},
-      {MOD_32APSK, {{1.0, 4}, {2.84, 12}, {5.27, 16}}},
-  };
-  for (const auto& [type, rings] : cases) {
-    double power = 0.0;
-    for (const ring_t& ring : rings) {
-      power += ring.count * ring.radius * ring.radius;
-    }
-    const double scale = std::sqrt(power / (type == MOD_16APSK ? 16 : 32));
-    for (const bool gray : {false, true}) {
-      std::map<long, uint32> count_by_radius;
-      for (const auto& entry : default_map(type, gray)) {
-        ++count_by_radius[std::lround(100.0 * std::abs(entry.second) * scale)];
-      }
-      ASSERT_EQ(count_by_radius.size(), rings.size());
-      for (const ring_t& ring : rings) {
-        EXPECT_EQ(count_by_radius[std::lround(100.0 * ring.radius)], ring.count) << type;
-      }
-    }
-  }
-}
-
 TEST(ConstellationValidity, CodesAndMessages) {
   const std::string head = "lib_constellation_base_t::check_constellation_map_validity Report:\n";
   auto check = [](const lib_constellation_map_t& map) {
@@ -314,74 +252,6 @@ TEST(ConstellationValidity, CodesAndMessages) {
                 "Error symbol definition: 3.\nlib_constellation_base_t::set_constellation "
                 "Report: Constellation data Map is ILLEGAL!\n");
   EXPECT_EQ(qam.get_constellation_map(), before);
-}
-
-TEST(ConstellationBase, SetConstellationForms) {
-  const std::string head = "lib_constellation_base_t::set_constellation Report: ";
-  lib_constellation_psk_t psk(MOD_QPSK);
-  EXPECT_EQ(refusal_of([&] {
-              return psk.set_constellation(lib_iq_data_arr_t{{1, 0}}, false);
-            }),
-            head + "Constellation IQ data array or Constellation Map is EMPTY!\n");
-  psk.generate_constellation();
-  EXPECT_EQ(refusal_of([&] { return psk.set_constellation(lib_iq_data_arr_t(3), false); }),
-            head + "Constellation IQ data array size NOT EQUAL!\n");
-  EXPECT_EQ(refusal_of([&] {
-              return psk.set_constellation(4, {1, 1}, false);
-            }),
-            head + "Symbol NOT FOUND!\n");
-
-  EXPECT_TRUE(psk.set_constellation(lib_iq_data_arr_t{{3, 0}, {0, 3}, {-3, 0}, {0, -3}}, false));
-  EXPECT_EQ(psk.get_constellation_map().at(3), lib_iq_sample_t(0, -3));
-  EXPECT_TRUE(psk.set_constellation(2, {0, 0}, true));
-  EXPECT_NEAR(std::abs(psk.get_constellation_map().at(0)), 2.0 / std::sqrt(3.0), 1e-15);
-
-  // A valid map replaces the old one; point numbers follow only through update_point_by_map.
-  EXPECT_TRUE(psk.set_constellation(default_map(MOD_16QAM, false), false));
-  EXPECT_EQ(psk.get_constellation_point(), 4u);
-  psk.update_point_by_map();
-  EXPECT_EQ(psk.get_constellation_point(), 16u);
-  EXPECT_EQ(psk.get_bit_number(), 4u);
-}
-
-TEST(ConstellationBase, LookupTypeAndOversamplingRules) {
-  lib_constellation_psk_t psk(MOD_8PSK);
-  psk.generate_constellation();
-  lib_iq_data_arr_t out{{9, 9}};
-  EXPECT_EQ(captured([&] {
-              psk.get_symbol_iq_data({1, 7, 8, 2}, out);
-            }),
-            "lib_constellation_base_t::get_symbol_iq_data exception: map::at\n");
-  EXPECT_EQ(out, lib_iq_data_arr_t(
-                     {psk.get_constellation_map().at(1), psk.get_constellation_map().at(7)}));
-
-  EXPECT_EQ(refusal_of([&] { return psk.set_constellation_type(MOD_16QAM); }),
-            "lib_constellation_base_t::set_constellation_type Report: constellation Type 17 Not "
-            "supported!\n");
-  EXPECT_TRUE(psk.set_constellation_type(MOD_16PSK));
-  EXPECT_EQ(psk.get_constellation_point(), 16u);
-  EXPECT_EQ(psk.get_bit_number(), 4u);
-  EXPECT_EQ(psk.get_constellation_map().size(), 8u);  // kept until the next generate
-
-  lib_constellation_fsk_t fsk;
-  lib_constellation_oqpsk_t oqpsk;
-  EXPECT_EQ(psk.get_oversampling_type(), OVERSAMPLING_INSERT_ZERO);
-  EXPECT_EQ(fsk.get_oversampling_type(), OVERSAMPLING_HOLDER);  // no filter
-  psk.set_filter_type(FILTER_GAUSSIAN);
-  oqpsk.set_filter_type(FILTER_GAUSSIAN);
-  fsk.set_filter_type(FILTER_ROOT_COSINE);
-  EXPECT_EQ(psk.get_oversampling_type(), OVERSAMPLING_HOLDER);
-  EXPECT_EQ(oqpsk.get_oversampling_type(), OVERSAMPLING_OFFSET);
-  EXPECT_EQ(fsk.get_oversampling_type(), OVERSAMPLING_INSERT_ZERO);
-  oqpsk.deal_oversampling({{1, -1}}, 2, out);
-  EXPECT_EQ(out, lib_iq_data_arr_t({{1, 0}, {0, -1}}));
-
-  // The FSK holder spreads each deviation over the symbol: ratio samples of deviation / ratio.
-  fsk.set_filter_type(FILTER_GAUSSIAN);
-  fsk.deal_oversampling({{1, 0}, {-0.5, 0}}, 4, out);
-  lib_iq_data_arr_t expected(4, {0.25, 0});
-  expected.resize(8, {-0.125, 0});
-  EXPECT_EQ(out, expected);
 }
 
 TEST(ConstellationPrAsk, DepthAndAlternatingSign) {
@@ -470,51 +340,6 @@ TEST(ConstellationDifferential, StartsAndFailures) {
             }),
             "\033[0;31mget_symbol_iq_datamap::at\033[0m\n");
   EXPECT_TRUE(out.empty());
-}
-
-TEST(ConstellationCustom, OnlyASetMapIsUsed) {
-  lib_constellation_custom_t custom;
-  EXPECT_FALSE(custom.generate_constellation());
-  EXPECT_TRUE(custom.set_constellation_type(MOD_MULTITONE2));
-  EXPECT_EQ(custom.get_constellation_point(), 2u);
-  EXPECT_EQ(custom.get_bit_number(), 1u);
-
-  lib_iq_data_arr_t out(2);
-  EXPECT_EQ(captured([&] { custom.get_symbol_iq_data({0}, out); }),
-            "lib_constellation_base_t::check_constellation_map_validity Report:\nThe number of "
-            "constellation symbols must be the power of 2.\nCurrent symbol number is 0.\n"
-            "lib_constellation_custom_t::get_symbol_iq_data Report: Try to generate IQ signal "
-            "with illegal custom constellation!\n");
-  EXPECT_TRUE(out.empty());
-
-  const lib_constellation_map_t map = {{0, {0, 2}}, {1, {0, -2}}, {2, {2, 0}}, {3, {-2, 0}}};
-  EXPECT_TRUE(custom.set_constellation(map, true));
-  EXPECT_FALSE(custom.generate_constellation());
-  custom.update_point_by_map();
-  EXPECT_EQ(custom.get_constellation_point(), 4u);
-  custom.get_symbol_iq_data({3, 0}, out);
-  EXPECT_EQ(out, lib_iq_data_arr_t({{-1, 0}, {0, 1}}));
-}
-
-TEST(ConstellationCopy, CopiesContinueIdentically) {
-  lib_constellation_qam_t qam(MOD_64QAM);
-  qam.set_gray_code_enable(true);
-  qam.set_filter_type(FILTER_GAUSSIAN);
-  lib_constellation_qam_t copy = qam;
-  EXPECT_TRUE(qam.set_constellation_type(MOD_256QAM));
-  EXPECT_TRUE(copy.set_constellation_type(MOD_256QAM));
-  qam.generate_constellation();
-  copy.generate_constellation();
-  EXPECT_EQ(copy.get_constellation_map(), qam.get_constellation_map());
-  EXPECT_EQ(copy.get_oversampling_type(), OVERSAMPLING_HOLDER);
-
-  // copy_setting takes the Gray flag and the filter, not the type or the map.
-  lib_constellation_psk_t psk(MOD_16PSK);
-  psk.copy_setting(qam);
-  EXPECT_TRUE(psk.get_gray_code_enable());
-  EXPECT_EQ(psk.get_filter_type(), FILTER_GAUSSIAN);
-  EXPECT_EQ(psk.get_constellation_type(), MOD_16PSK);
-  EXPECT_TRUE(psk.get_constellation_map().empty());
 }
 
 }  // namespace

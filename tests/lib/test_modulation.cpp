@@ -131,11 +131,12 @@ TEST_P(LinearModulation, MatchedFilterRecoversEverySymbolWithTinyEvm) {
   EXPECT_LT(std::sqrt(error / power), 0.005);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Families, LinearModulation,
-    testing::Values(linear_case_t{nal::MOD_16QAM, true}, linear_case_t{nal::MOD_1024QAM, true},
-                    linear_case_t{nal::MOD_128QAM, false}, linear_case_t{nal::MOD_32APSK, false},
-                    linear_case_t{nal::MOD_8PSK, true}));
+INSTANTIATE_TEST_SUITE_P(Families, LinearModulation,
+                         testing::Values(linear_case_t{nal::MOD_16QAM, true},
+                                         linear_case_t{nal::MOD_1024QAM, true},
+                                         linear_case_t{nal::MOD_128QAM, false},
+                                         linear_case_t{nal::MOD_32APSK, false},
+                                         linear_case_t{nal::MOD_8PSK, true}));
 
 TEST(LinearModulationArithmetic, EqualsOversamplingCyclicFilteringAndNormalisation) {
   lib_modulation_apsk_qam_t modulator;

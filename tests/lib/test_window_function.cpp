@@ -52,16 +52,6 @@ TEST(WindowFunction, BesselI0MatchesSeriesInAllThreeRanges) {
   }
 }
 
-TEST(WindowFunction, PolynomialIsHornerWithConstantTermFirst) {
-  EXPECT_EQ(lwf::_calc_polynomial({1.0, 2.0, 3.0}, 2.0), 17.0);
-  EXPECT_EQ(lwf::_calc_polynomial({-4.0}, 123.0), -4.0);
-
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(lwf::_calc_polynomial({}, 2.0), 0.0);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "lib_window_function_t::_calc_polynomial Report: Empty coefficents array!\n");
-}
-
 // First half of each symmetric window of length 8, from numpy 1.24 / scipy 1.10:
 //   import numpy as np, scipy.signal.windows as w
 //   w.hamming(8), w.hann(8), w.gaussian(8, std=3.5/2.5), np.kaiser(8, 6.0), w.blackman(8),
@@ -146,45 +136,6 @@ TEST(WindowFunction, KaiserBetaShapesTheWindow) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
             "lib_window_function_t::generate_kaiser_window Report: Beta should be NOT Negative!\n");
   EXPECT_EQ(out, before);
-}
-
-TEST(WindowFunction, GaussWidthFactorSetsTheEndValue) {
-  lib_iq_data_arr_t out;
-  // At the ends (n - M) / M = +-1, so w = exp(-a^2 / 2).
-  for (const fp64 factor : {0.5, 2.5, 4.0}) {
-    lwf::generate_gauss_window(out, 9, false, factor);
-    EXPECT_NEAR(out.front().real(), std::exp(-0.5 * factor * factor), 1e-15);
-    EXPECT_NEAR(out.back().real(), std::exp(-0.5 * factor * factor), 1e-15);
-    // Half-way to the end: exp(-a^2 / 8).
-    EXPECT_NEAR(out[6].real(), std::exp(-factor * factor / 8.0), 1e-15);
-  }
-
-  for (const fp64 factor : {-1.0, 0.0, 1e-13}) {
-    out.assign(3, {5.0, 5.0});
-    testing::internal::CaptureStdout();
-    lwf::generate_gauss_window(out, 6, true, factor);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "lib_window_function_t::generate_gauss_window Report: Width_factor should be "
-              "positive!\n")
-        << "factor " << factor;
-    EXPECT_EQ(out, lib_iq_data_arr_t(6)) << "factor " << factor;
-  }
-}
-
-TEST(WindowFunction, UnknownTypeIsReportedAndGivesNoWindow) {
-  lib_iq_data_arr_t out(4, {1.0, 0.0});
-  testing::internal::CaptureStdout();
-  lwf::_generate_win_data_arr(out, static_cast<window_type_t>(9), 4, false);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "lib_window_function_t::_generate_win_data_arr Report : Error Window Function Type!\n");
-  EXPECT_TRUE(out.empty());
-
-  lib_iq_data_arr_t samples(4, {1.0, 2.0});
-  testing::internal::CaptureStdout();
-  lwf::apply_window_functon(samples, static_cast<window_type_t>(9));
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "lib_window_function_t::_generate_win_data_arr Report : Error Window Function Type!\n");
-  EXPECT_EQ(samples, lib_iq_data_arr_t(4, {1.0, 2.0}));
 }
 
 TEST(WindowFunction, ApplyMultipliesByTheNormalisedWindow) {
