@@ -144,23 +144,6 @@ TEST_F(WaveformFile, EmptyWaveformEndsAtTheDataKey) {
   EXPECT_EQ(file.substr(10, 32), md5sum_after_seal(path));
 }
 
-TEST(WaveformHeader, FileNameReplacement) {
-  EXPECT_EQ(cfg_waveform_file_t::replace_file_name("A,1,FileName,old.ARB,B,2,", "new.ARB"),
-            "A,1,FileName,new.ARB,B,2,");
-  EXPECT_EQ(cfg_waveform_file_t::replace_file_name("A,1,", "new.ARB"), "A,1,");
-}
-
-TEST(WaveformBlock, InstrumentBlockKeepsTheHeaderName) {
-  const std::string header =
-      cfg_waveform_file_t::build_file_header("Burst.ARB", nal::PROTOCOL_BLUETOOTH_BR_EDR) +
-      cfg_waveform_file_t::header_tail(8e6, std::nullopt);
-  const lib_iq_data_arr_t samples = {{0.25, -0.25}};
-  const std::string body = header + cfg_waveform_file_t::encode_samples(samples);
-  EXPECT_EQ(cfg_waveform_file_t::build_instrument_block(header, samples),
-            "IQDA " + cfg_waveform_file_t::seal_field(body) + body);
-  EXPECT_EQ(cfg_waveform_file_t::seal_field(""), "CheckCode,d41d8cd98f00b204e9800998ecf8427e,");
-}
-
 TEST_F(WaveformFile, MissingFolderIsReportedAndWritesNothing) {
   const fs::path path = _folder / "missing" / "wave.ARB";
   testing::internal::CaptureStdout();

@@ -169,18 +169,6 @@ TEST(custom_iq_filter, pulse_shapes_follow_the_modulation) {
   EXPECT_EQ(engine.get_filter_type(), FILTER_ROOT_COSINE);
 }
 
-TEST(custom_iq_filter, msk_always_runs_gaussian) {
-  observed_engine_t observed;
-  custom_iq_t& engine = observed.engine;
-  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_MFSK));
-  EXPECT_TRUE(engine.is_fsk_deviation_editable());
-  EXPECT_TRUE(engine.set_mfsk_type(MOD_MSK));
-  EXPECT_EQ(engine.get_filter_type(), FILTER_GAUSSIAN);
-  EXPECT_FALSE(engine.is_fsk_deviation_editable());
-  EXPECT_TRUE(engine.set_filter_type(FILTER_RAISED_COSINE));
-  EXPECT_EQ(engine.get_filter_type(), FILTER_GAUSSIAN);
-}
-
 TEST(custom_iq_waveform, preset_computes_16qam) {
   observed_engine_t observed;
   const custom_iq_t& engine = observed.engine;

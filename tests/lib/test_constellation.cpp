@@ -166,20 +166,6 @@ TEST(ConstellationGray, PskNeighboursDifferInOneBit) {
   }
 }
 
-TEST(ConstellationDefaults, GridSpacingMatchesClosedFormEnergy) {
-  // Mean energy of a unit-spaced grid: square (M - 1) / 6, cross (31 M / 32 - 1) / 6.
-  for (uint32 type = MOD_16QAM; type <= MOD_4096QAM; ++type) {
-    const double m =
-        lib_common_type_cast_t::get_constellation_point(static_cast<modulation_type_t>(type));
-    const bool cross = (type - MOD_16QAM) % 2 == 1;
-    const double energy = cross ? (31.0 * m / 32.0 - 1.0) / 6.0 : (m - 1.0) / 6.0;
-    for (const bool gray : {false, true}) {
-      const qam_grid_t grid(default_map(static_cast<modulation_type_t>(type), gray));
-      EXPECT_NEAR(grid.spacing, 1.0 / std::sqrt(energy), 1e-12) << type;
-    }
-  }
-}
-
 TEST(ConstellationDefaults, ExplicitPoints) {
   const lib_constellation_map_t qam4 = default_map(MOD_4QAM, false);
   EXPECT_NEAR(qam4.at(0).real(), -std::sqrt(0.5), 1e-15);
@@ -314,32 +300,6 @@ TEST(ConstellationDifferential, ReceiverRecoversTheSymbols) {
               lib_symbol_arr_t(symbols.begin() + 1, symbols.end()))
         << type;
   }
-}
-
-TEST(ConstellationDifferential, StartsAndFailures) {
-  lib_constellation_dpsk_t dpsk;
-  dpsk.generate_constellation();
-  lib_iq_data_arr_t out;
-  dpsk.get_symbol_iq_data({0, 1, 1, 0}, out);
-  const lib_iq_data_arr_t expected = {{-1, 0}, {1, 0}, {-1, 0}, {-1, 0}};  // pi, 2pi, 3pi, 3pi
-  EXPECT_LT(wavelume_test::max_difference(out, expected), 1e-15);
-
-  lib_constellation_hdpsk_t hdpsk;  // PI/4-DQPSK: 4 symbols walking an 8-point map
-  hdpsk.generate_constellation();
-  hdpsk.update_point_by_map();
-  EXPECT_EQ(hdpsk.get_constellation_map().size(), 8u);
-  EXPECT_EQ(hdpsk.get_constellation_point(), 4u);
-  EXPECT_EQ(hdpsk.get_bit_number(), 2u);
-
-  out.assign(3, {1, 1});
-  EXPECT_EQ(captured([&] { hdpsk.get_symbol_iq_data({}, out); }),
-            "lib_constellation_dpsk_t::get_symbol_iq_data Report: Symbol array is empty!\n");
-  EXPECT_TRUE(out.empty());
-  EXPECT_EQ(captured([&] {
-              dpsk.get_symbol_iq_data({2, 0}, out);
-            }),
-            "\033[0;31mget_symbol_iq_datamap::at\033[0m\n");
-  EXPECT_TRUE(out.empty());
 }
 
 }  // namespace

@@ -75,17 +75,6 @@ TEST(FftPlanConcurrency, ClearUpRefusesWhileAPlanIsInUse) {
   EXPECT_TRUE(manager.clear_up());
 }
 
-TEST(FftPlanConcurrency, ResetKeepsTransformsWorking) {
-  const lib_iq_data_arr_t x = random_samples(100, 12);
-  lib_iq_data_arr_t before;
-  ASSERT_TRUE(lib_fourier_transform_t::deal_fft(x, before));
-  lib_fft_plan_manager_t::instance().reset();
-  lib_iq_data_arr_t after;
-  ASSERT_TRUE(lib_fourier_transform_t::deal_fft(x, after, 4096));
-  ASSERT_TRUE(lib_fourier_transform_t::deal_fft(x, after));
-  EXPECT_EQ(after, before);
-}
-
 TEST(FftPlanConcurrency, ZeroLengthIsRefusedWithoutBlockingClearUp) {
   lib_iq_data_arr_t out;
   testing::internal::CaptureStdout();

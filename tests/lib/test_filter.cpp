@@ -95,20 +95,6 @@ TEST(PulseFilter, RootRaisedCosinePairIsNyquist) {
   }
 }
 
-TEST(PulseFilter, SingularPointsAreTheLimitsOfTheGeneralFormula) {
-  // Unnormalised: the value at the singular time must continue its neighbours.
-  lib_iq_data_arr_t raised;
-  lib_filter_t::_raised_consine_filter(0.5, 8, 4, raised, false);
-  const double at_one = raised[16 + 4].real();  // t = +1
-  EXPECT_NEAR(at_one, (0.5 / 8.0) * std::sin(pi), 1e-15);
-  EXPECT_NEAR(at_one, textbook_raised_cosine(1.0 + 1e-7, 0.5) / 4.0, 1e-7);
-
-  lib_iq_data_arr_t root;
-  lib_filter_t::_root_cosine_filter(1.0, 8, 4, root, false);
-  const double quarter = root[16 + 1].real();  // t = +0.25
-  EXPECT_NEAR(quarter, textbook_root_raised_cosine(0.25 + 1e-7, 1.0) / 4.0, 1e-6);
-}
-
 TEST(PulseFilter, GaussianHasUnitSumAndTheBandwidthTimeWidth) {
   const double bt = 0.5;
   lib_iq_data_arr_t taps;
@@ -123,21 +109,6 @@ TEST(PulseFilter, GaussianHasUnitSumAndTheBandwidthTimeWidth) {
   for (std::size_t n = 0; n < taps.size(); ++n) {
     const double t = (n - 16.0) / 8.0;
     EXPECT_NEAR(taps[n].real() / taps[16].real(), std::exp(-t * t / (2 * sigma * sigma)), 1e-14);
-  }
-}
-
-TEST(PulseFilter, HalfSineHasRatioTapsWhateverTheLength) {
-  lib_filter_t filter;
-  filter.set_filter_type(nal::FILTER_HALF_SINE);
-  filter.set_oversampling_ratio(4);
-  for (const nal::uint32 length : {2u, 8u, 64u}) {
-    filter.set_filter_length(length);
-    lib_iq_data_arr_t taps;
-    ASSERT_TRUE(filter._generate_filter(taps));
-    ASSERT_EQ(taps.size(), 4u);
-    // sin(n pi / 4) = {0, 1/sqrt2, 1, 1/sqrt2} has energy 2.
-    const lib_iq_data_arr_t expected = {0.0, 0.5, std::sqrt(0.5), 0.5};
-    EXPECT_LT(max_difference(taps, expected), 1e-15);
   }
 }
 
@@ -205,17 +176,6 @@ TEST(PulseFilter, CyclicFilteringIsCircularConvolution) {
   }
 }
 
-TEST(PulseFilter, PlainFilteringKeepsTheDelayAndDropsTheTail) {
-  const lib_iq_data_arr_t x = random_samples(500, 90);
-  const lib_iq_data_arr_t taps = random_samples(17, 91);
-  lib_iq_data_arr_t y;
-  ASSERT_TRUE(lib_filter_t::deal_filter(x, taps, y, false));
-  lib_iq_data_arr_t full;
-  nal::common_lib::lib_convolution_t::deal_convolution(x, taps, full);
-  full.resize(x.size());
-  EXPECT_LT(max_difference(y, full), 1e-12);
-}
-
 TEST(PulseFilter, DegenerateInputs) {
   const lib_iq_data_arr_t x = random_samples(20, 95);
   lib_iq_data_arr_t y = x;
@@ -242,21 +202,6 @@ TEST(PulseFilter, DegenerateInputs) {
   lib_iq_data_arr_t separate;
   EXPECT_TRUE(shaped.deal_filter(x, separate, true));
   EXPECT_EQ(in_place, separate);
-}
-
-TEST(PulseFilter, DcGainNormalisation) {
-  lib_iq_data_arr_t taps;
-  lib_filter_t::_raised_consine_filter(0.35, 8, 4, taps, true);
-  lib_filter_t::normalize_dc_gain(taps);
-  std::complex<double> sum = 0.0;
-  for (const auto& tap : taps) {
-    sum += tap;
-  }
-  EXPECT_NEAR(std::abs(sum), 1.0, 1e-13);
-
-  lib_iq_data_arr_t cancelling = {1.0, -1.0};
-  lib_filter_t::normalize_dc_gain(cancelling);
-  EXPECT_EQ(cancelling, (lib_iq_data_arr_t{1.0, -1.0}));
 }
 
 }  // namespace

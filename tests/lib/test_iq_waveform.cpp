@@ -122,15 +122,4 @@ TEST(IqWaveform, CarrierModulationHoldsEachSampleAndMixes) {
   EXPECT_TRUE(generator.get_modulated_signal().empty());
 }
 
-TEST(IqWaveform, ResamplingReachesTheTargetRate) {
-  lib_iq_waveform_config_t config = qpsk_config();
-  config.resample_enable = true;
-  config.iq_sample_rate = 50000;  // from 40 kHz: 5/4
-  lib_iq_waveform_t generator;
-  ASSERT_TRUE(generator.set_iq_waveform_config(config));
-  EXPECT_EQ(generator.get_iq_sample_rate(), 50000u);
-  generator.generate_iq_signal();
-  EXPECT_NEAR(static_cast<fp64>(generator.get_baseband_iq().size()), 400.0 * 5.0 / 4.0, 2.0);
-}
-
 }  // namespace

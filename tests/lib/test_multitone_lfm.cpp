@@ -210,24 +210,4 @@ TEST(Lfm, SweepsFollowTheirSlopesAndJoinWithoutPhaseJumps) {
   }
 }
 
-TEST(Lfm, SegmentCountBounds) {
-  const lib_iq_data_arr_t untouched = {{1.0, 2.0}};
-  lib_lfm_t chirp;
-  lib_iq_data_arr_t out = untouched;
-  testing::internal::CaptureStdout();
-  EXPECT_FALSE(chirp.generate(out));  // no segments
-  chirp.set_config(1e6, std::vector<sweep_t>(101, {1e3, 2e3, 1.05e-5}));
-  EXPECT_FALSE(chirp.generate(out));
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-  EXPECT_EQ(out, untouched);
-
-  chirp.set_config(1e6, std::vector<sweep_t>(100, {1e3, 2e3, 1.05e-5}));
-  EXPECT_TRUE(chirp.generate(out));
-  EXPECT_EQ(out.size(), 1100u);
-
-  chirp.set_config(1e6, {{1e3, 2e3, 0.0}, {1e3, 2e3, -1.0}});
-  EXPECT_TRUE(chirp.generate(out));
-  EXPECT_TRUE(out.empty());
-}
-
 }  // namespace

@@ -162,27 +162,6 @@ TEST(PrbsCode, RegistersUpTo23StagesAreMaximalWithBalanceAndRunProperties) {
   }
 }
 
-TEST(PrbsCode, CustomTapsEqualToTheTableGiveTheTableSequence) {
-  for (const auto& c : table_cases()) {
-    lib_prbs_code_t table;
-    table.set_prbs_type(c.type);
-    bit_arr_t expected;
-    table.generate(2000, expected);
-
-    lib_prbs_code_t custom;
-    custom.set_custom_polynomial_enable(true);
-    custom.set_register(1);
-    const std::vector<uint32> ascending(c.taps.rbegin(), c.taps.rend());
-    ASSERT_TRUE(custom.set_prbs_primitive_polynomial(ascending));
-    EXPECT_EQ(custom.get_taps(), c.taps);
-    EXPECT_EQ(custom.get_lfsr_length(), c.length);
-    EXPECT_EQ(custom.get_register(), (uint64{1} << c.length) - 1);
-    bit_arr_t bits;
-    custom.generate(2000, bits);
-    EXPECT_EQ(bits, expected) << "type " << c.type;
-  }
-}
-
 TEST(PrbsCode, BadTapListsAreRefusedAndChangeNothing) {
   lib_prbs_code_t prbs;
   prbs.set_register(100);
@@ -251,49 +230,6 @@ TEST(SymbolData, CustomBitsRepeatCyclicallyAcrossSymbols) {
   EXPECT_EQ(symbols, (nal::lib_symbol_arr_t{1, 0}));  // bits beyond the need are unused
   lib_symbol_data_t::_generate_symbol_arr_by_bit_arr(symbols, {1, 1}, 5, 0, 0);
   EXPECT_EQ(symbols, nal::lib_symbol_arr_t(5, 0));
-}
-
-TEST(SymbolData, FailuresReportAndLeaveEmptyArrays) {
-  lib_symbol_data_t data;
-  data.set_data_source_code(6);
-  testing::internal::CaptureStdout();
-  data.set_bit_arr({});
-  data.generate();
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "lib_symbol_data_t::set_bit_arr Report: Warning! Empty Custom Bit Data!\n"
-            "lib_symbol_data_t::_generate_symbol_arr_by_bit_arr Report: Empty Bit Data For "
-            "Symbolization!\n");
-  EXPECT_TRUE(data.get_symbol_arr().empty());
-
-  data.set_bit_arr({0, 1, 2});
-  EXPECT_FALSE(data.is_bit_arr_valid());
-  data.set_bit_arr({0, 1, 1});
-  EXPECT_TRUE(data.is_bit_arr_valid());
-
-  data.set_data_source_code(7);
-  testing::internal::CaptureStdout();
-  data.generate();
-  const std::string unknown = testing::internal::GetCapturedStdout();
-  EXPECT_EQ(unknown.find("lib_symbol_data_t::_generate_bit_arr Report: Empty Bit Data!\n"), 0u);
-  EXPECT_TRUE(data.get_bit_arr().empty());
-  EXPECT_TRUE(data.get_symbol_arr().empty());
-
-  // Sizes that would take gigabytes are refused before any allocation.
-  data.set_data_source_code(5);
-  data.set_symbol_length(1u << 31);
-  testing::internal::CaptureStdout();
-  data.generate();
-  EXPECT_EQ(testing::internal::GetCapturedStdout().find(
-                "lib_symbol_data_t::_generate_bit_arr Report: Too Many Bits! 8589934592\n"),
-            0u);
-  nal::lib_symbol_arr_t symbols = {1};
-  testing::internal::CaptureStdout();
-  EXPECT_FALSE(lib_symbol_data_t::_generate_symbol_arr_by_bit_arr(
-      symbols, {1}, lib_symbol_data_t::max_symbol_count + 1, 0, 0));
-  EXPECT_FALSE(
-      lib_symbol_data_t::_generate_symbol_arr_by_bit_arr(symbols, {1}, 1u << 20, 0xFFFFFFFFu, 0));
-  EXPECT_FALSE(testing::internal::GetCapturedStdout().empty());
-  EXPECT_TRUE(symbols.empty());
 }
 
 }  // namespace

@@ -138,25 +138,5 @@ TEST(WindowFunction, KaiserBetaShapesTheWindow) {
   EXPECT_EQ(out, before);
 }
 
-TEST(WindowFunction, ApplyMultipliesByTheNormalisedWindow) {
-  // Hanning of length 5 is {0, 0.5, 1, 0.5, 0}, sum 2.
-  lib_iq_data_arr_t samples{{1.0, 2.0}, {1.0, 2.0}, {-3.0, 4.0}, {2.0, -2.0}, {7.0, 7.0}};
-  lwf::apply_window_functon(samples, WINDOW_HANNING);
-  const lib_iq_data_arr_t expected{{0.0, 0.0}, {0.25, 0.5}, {-1.5, 2.0}, {0.5, -0.5}, {0.0, 0.0}};
-  for (std::size_t n = 0; n < samples.size(); ++n) {
-    EXPECT_NEAR(std::abs(samples[n] - expected[n]), 0.0, 1e-15) << "n = " << n;
-  }
-
-  for (const std::size_t length : {0u, 1u}) {
-    lib_iq_data_arr_t short_samples(length, {3.0, 1.0});
-    testing::internal::CaptureStdout();
-    lwf::apply_window_functon(short_samples, WINDOW_HAMMING);
-    EXPECT_EQ(
-        testing::internal::GetCapturedStdout(),
-        "lib_window_function_t::apply_window_functon Report: Input Data Array is Too Short!\n");
-    EXPECT_EQ(short_samples, lib_iq_data_arr_t(length, {3.0, 1.0}));
-  }
-}
-
 }  // namespace
 }  // namespace nal::common_lib
