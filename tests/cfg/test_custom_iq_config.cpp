@@ -164,11 +164,4 @@ TEST_F(CustomIqConfig, SavedWaveformFileCarriesRateRmsAndSamples) {
               nal::common_lib::plib_t::get_complex_array_rms(samples), 1e-12);
 }
 
-TEST(CustomIqConfigFactory, MakesTheCustomIqConfiguration) {
-  const auto config = nal::cfg_protocol_factory_t::create_protocol_config(nal::PROTOCOL_CUSTOM_IQ);
-  ASSERT_NE(config, nullptr);
-  EXPECT_EQ(config->protocol_type(), nal::PROTOCOL_CUSTOM_IQ);
-  EXPECT_NE(dynamic_cast<cfg_custom_iq_t*>(config.get()), nullptr);
-}
-
 }  // namespace

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "lib/lib_common_signal_process.h"
-#include "lib/lib_common_type_cast.h"
 #include "lib/lib_enum_text.h"
 #include "lib/lib_enum_types.h"
 
@@ -9,7 +8,6 @@ namespace {
 
 using nal::lib_iq_data_arr_t;
 using nal::common_lib::lib_common_signal_process_t;
-using nal::common_lib::lib_common_type_cast_t;
 
 lib_iq_data_arr_t from_amplitudes(std::initializer_list<double> values) {
   lib_iq_data_arr_t samples;
@@ -55,45 +53,6 @@ TEST(SignalProcess, Padding) {
   EXPECT_EQ(x, from_amplitudes({1, 2, 0, 0}));
   lib_common_signal_process_t::pad_array_zero(x, 1);
   EXPECT_EQ(x.size(), 4u);
-}
-
-TEST(SignalProcess, BurstStatisticsIgnoreIdleTime) {
-  const lib_iq_data_arr_t burst = from_amplitudes({0, 0, 0, 0, 1, -1, 1, -1, 0, 0, 0});
-  EXPECT_DOUBLE_EQ(lib_common_signal_process_t::get_burst_peak_to_rms_ratio(burst), 0.0);
-  EXPECT_DOUBLE_EQ(lib_common_signal_process_t::get_burst_rms_scale(burst, 20.0), 10.0);
-  EXPECT_DOUBLE_EQ(lib_common_signal_process_t::get_burst_rms_scale(lib_iq_data_arr_t(5), 0.0),
-                   1.0);
-  EXPECT_DOUBLE_EQ(lib_common_signal_process_t::get_burst_peak_to_rms_ratio(lib_iq_data_arr_t(5)),
-                   0.0);
-}
-
-TEST(TypeCast, ConstellationSizesAndModulators) {
-  EXPECT_EQ(lib_common_type_cast_t::get_constellation_point(nal::MOD_PR_ASK), 2u);
-  EXPECT_EQ(lib_common_type_cast_t::get_constellation_point(nal::MOD_PI8_D8PSK), 8u);
-  EXPECT_EQ(lib_common_type_cast_t::get_constellation_point(nal::MOD_32APSK), 32u);
-  EXPECT_EQ(lib_common_type_cast_t::get_constellation_point(nal::MOD_2048QAM), 2048u);
-  EXPECT_EQ(lib_common_type_cast_t::get_constellation_point(nal::MOD_16FSK), 16u);
-  EXPECT_EQ(lib_common_type_cast_t::get_symbol_bit_number(nal::MOD_4096QAM, 0), 12u);
-  EXPECT_EQ(lib_common_type_cast_t::get_symbol_bit_number(nal::MOD_MULTITONE2, 64), 6u);
-  EXPECT_EQ(lib_common_type_cast_t::get_symbol_bit_number(nal::MOD_MULTITONE2, 48), 5u);
-
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(lib_common_type_cast_t::get_constellation_point(nal::MOD_MULTITONE2), 0u);
-  EXPECT_EQ(
-      lib_common_type_cast_t::get_symbol_bit_number(static_cast<nal::modulation_type_t>(99), 4),
-      0u);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "lib_common_type_cast_t::get_constellation_point Report: Error Constellation Type!\n"
-            "lib_common_type_cast_t::get_constellation_point Report: Error Constellation Type!\n");
-
-  EXPECT_EQ(lib_common_type_cast_t::get_modulator_type(nal::MOD_4096QAM), nal::MODULATOR_APSK_QAM);
-  EXPECT_EQ(lib_common_type_cast_t::get_modulator_type(nal::MOD_2FSK), nal::MODULATOR_MFSK);
-  EXPECT_EQ(lib_common_type_cast_t::get_modulator_type(nal::MOD_MULTITONE2),
-            nal::MODULATOR_MULTITONE);
-
-  lib_iq_data_arr_t out = from_amplitudes({9});
-  lib_common_type_cast_t::real_to_complex_arr({1.5, -2.0}, out);
-  EXPECT_EQ(out, from_amplitudes({1.5, -2.0}));
 }
 
 TEST(EnumText, LookupIsExactAndAMissLeavesTheValue) {

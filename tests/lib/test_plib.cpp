@@ -76,14 +76,4 @@ TEST(Plib, WorkThreadRule) {
   EXPECT_GE(plib_t::get_work_thread_number(), 1u);
 }
 
-TEST(Plib, PhaseRampShiftsTheSpectrum) {
-  // A ramp of f cycles per sample turns a constant into a tone whose phase advances 2 pi f.
-  lib_iq_data_arr_t x(64, {2.0, 0.0});
-  plib_t::apply_phase_ramp(x, 0.125, 0.5);
-  for (std::size_t i = 0; i < x.size(); ++i) {
-    const std::complex<double> expected = std::polar(2.0, 2.0 * pi * 0.125 * double(i) + 0.5);
-    EXPECT_NEAR(std::abs(x[i] - expected), 0.0, 1e-13) << i;
-  }
-}
-
 }  // namespace

@@ -105,31 +105,6 @@ TEST(Resample, OneOrTwoSamplesPassUnfilteredWithTheConvolutionReport) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), too_short + too_short);
 }
 
-TEST(Resample, RefusedArgumentsAreReportedAndGiveNothing) {
-  const lib_iq_data_arr_t samples = random_samples(10, 1);
-  lib_iq_data_arr_t out = samples;
-  lib_iq_data_arr_t empty;
-  testing::internal::CaptureStdout();
-  EXPECT_FALSE(lib_resample_t::deal_resampling({}, out, 1, 1));
-  EXPECT_TRUE(out.empty());
-  out = samples;
-  EXPECT_FALSE(lib_resample_t::deal_resampling(samples, out, 0, 1));
-  EXPECT_TRUE(out.empty());
-  EXPECT_FALSE(lib_resample_t::_deal_interpolate_filter(empty, 1, 1, 1));
-  out = samples;
-  EXPECT_FALSE(lib_resample_t::_deal_decimation(out, 0));
-  EXPECT_TRUE(out.empty());
-  EXPECT_FALSE(lib_resample_t::_deal_decimation(out, 2));
-  EXPECT_FALSE(lib_resample_t::_extend_array_edge({1.0, 2.0}, out, 2));
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "lib_resample_t::deal_resampling Report: Empty input data array!\n"
-            "lib_resample_t::deal_resampling Report: Error resample parameters!\n"
-            "lib_resample_t::deal_resampling Report: Empty input data array!\n"
-            "lib_resample_t::_deal_decimation Report: Error decimation paramter!\n"
-            "lib_resample_t::_deal_decimation Report: Empty input data array!\n"
-            "lib_resample_t::_extend_array_edge Report: Edge longer than the data array: 2\n");
-}
-
 TEST(ResampleCoefficients, FindExactPairsOrReportAndKeepUnitFactors) {
   uint32 l = 0;
   uint32 m = 0;
