@@ -11,6 +11,8 @@ packages=(
   xvfb xauth
   clang libomp-dev
   python3-numpy python3-scipy
+  libtirpc-dev rpcbind python3-pyvisa python3-pyvisa-py
+  fonts-dejavu-core desktop-file-utils shared-mime-info
 )
 
 missing=()
