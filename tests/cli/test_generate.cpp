@@ -13,46 +13,18 @@
 
 #include "cfg/cfg_custom_iq.h"
 #include "cfg/cfg_protocol_state.h"
-#include "cli/cli_generate.h"
-#include "lib/lib_filter.h"
-#include "tests/cfg/test_folder_fixture.h"
+#include "tests/cli/cli_generate_fixture.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using samples_t = std::vector<std::complex<double>>;
+using wavelume_test::read_arb;
+using wavelume_test::samples_t;
 
-// The samples of an .ARB file: int16 pairs after the first "IQData," key, scaled to 1.
-samples_t read_arb(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  const std::size_t start = bytes.find(",IQData,") + 8;
-  samples_t samples;
-  for (std::size_t at = start; at + 3 < bytes.size(); at += 4) {
-    const auto word = [&](std::size_t i) {
-      return static_cast<std::int16_t>(static_cast<std::uint8_t>(bytes[i]) |
-                                       (static_cast<std::uint8_t>(bytes[i + 1]) << 8));
-    };
-    samples.emplace_back(word(at) / 32767.0, word(at + 2) / 32767.0);
-  }
-  return samples;
-}
-
-// Root raised cosine matched filter (cyclic), symbol-spaced samples, decisions on a unit-power
+// Symbol-spaced matched filter outputs, decisions on a unit-power
 // square QAM grid after a power normalisation, and the EVM against those decisions.
 double qam_evm(const samples_t& y, int points, double roll_off, unsigned ratio) {
-  nal::lib_iq_data_arr_t taps;
-  nal::common_lib::lib_filter_t::_root_cosine_filter(roll_off, 32, ratio, taps, true);
-  const std::size_t n = y.size();
-  const std::size_t centre = taps.size() / 2;
-  samples_t symbols;
-  for (std::size_t i = 0; i < n; i += ratio) {
-    std::complex<double> sum = 0.0;
-    for (std::size_t k = 0; k < taps.size(); ++k) {
-      sum += taps[k] * y[(i + k + n * taps.size() - centre) % n];
-    }
-    symbols.push_back(sum);
-  }
+  const samples_t symbols = wavelume_test::matched_symbols(y, roll_off, ratio);
   const int side = static_cast<int>(std::lround(std::sqrt(points)));
   const double grid_power = 2.0 * (points - 1) / 3.0;  // mean |x|^2 of the odd-integer grid
   double power = 0.0;
@@ -75,20 +47,7 @@ double qam_evm(const samples_t& y, int points, double roll_off, unsigned ratio) 
   return std::sqrt(error / reference);
 }
 
-class CliGenerate : public wavelume_test::folder_fixture_t {
- protected:
-  int generate(const std::vector<std::string>& arguments) {
-    _out.str("");
-    _errors.str("");
-    testing::internal::CaptureStdout();  // the header line the configuration prints
-    const int status = wavelume::cli::run_generate(arguments, _out, _errors);
-    testing::internal::GetCapturedStdout();
-    return status;
-  }
-
-  std::ostringstream _out;
-  std::ostringstream _errors;
-};
+using CliGenerate = wavelume_test::cli_generate_fixture_t;
 
 TEST_F(CliGenerate, PresetAndEditedQamDemodulateCleanly) {
   const fs::path preset = _folder / "preset.ARB";
