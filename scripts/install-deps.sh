@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build ccache pkg-config
   qtbase5-dev qtbase5-private-dev libqt5svg5-dev
-  libfftw3-dev libpugixml-dev zlib1g-dev
+  libfftw3-dev libpugixml-dev zlib1g-dev libssl-dev
   libgtest-dev libgmock-dev libbenchmark-dev libliquid-dev
   xvfb xauth
   clang libomp-dev

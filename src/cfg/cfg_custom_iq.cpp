@@ -87,9 +87,9 @@ std::string cfg_custom_iq_t::file_header() const {
 }
 
 bool cfg_custom_iq_t::save_wavefrom_to_file(const std::string& path) {
-  lib_iq_data_arr_t samples;
-  return get_waveform_data(samples) &&
-         cfg_waveform_file_t::save_iq_waveform_file(file_header(), samples, path);
+  // The engine's own array, not a copy: a long waveform would otherwise be held twice.
+  return cfg_waveform_file_t::save_iq_waveform_file(file_header(), _engine->get_waveform_data(),
+                                                    path);
 }
 
 bool cfg_custom_iq_t::download_wavefrom_to_instrument() {

@@ -1,7 +1,10 @@
 #include "cfg/cfg_waveform_file.h"
 
-#include <QCryptographicHash>
 #include <QSaveFile>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include <algorithm>
 #include <cerrno>
@@ -12,6 +15,7 @@
 #include <sstream>
 #include <vector>
 
+#include "cfg/cfg_background_md5.h"
 #include "lib/lib_report.h"
 
 namespace nal {
@@ -68,14 +72,45 @@ std::uint16_t encode_component(fp64 value) {
   return static_cast<std::uint16_t>(static_cast<std::uint64_t>(whole));
 }
 
+// The general rule for one sample.
+inline void encode_sample(const lib_iq_sample_t& sample, unsigned char* out) {
+  const std::uint16_t words[2] = {encode_component(sample.real()), encode_component(sample.imag())};
+  std::memcpy(out, words, sizeof words);
+}
+
+#if defined(__SSE2__)
+// Normalised samples (|I|, |Q| <= 1, where nothing wraps) two lanes at once, with the same
+// truncation, exact remainder and half-away-from-zero step; others (and NaN) by the general rule.
+inline void encode_fast(const lib_iq_sample_t& sample, unsigned char* out) {
+  const __m128d value = _mm_loadu_pd(reinterpret_cast<const fp64*>(&sample));
+  const __m128d magnitude = _mm_andnot_pd(_mm_set1_pd(-0.0), value);
+  if (_mm_movemask_pd(_mm_cmple_pd(magnitude, _mm_set1_pd(1.0))) != 3) {
+    encode_sample(sample, out);
+    return;
+  }
+  const __m128d scaled = _mm_mul_pd(value, _mm_set1_pd(full_scale));
+  const __m128i whole = _mm_cvttpd_epi32(scaled);
+  const __m128d remainder = _mm_sub_pd(scaled, _mm_cvtepi32_pd(whole));
+  // The comparison masks are 64-bit; their low halves line up with the two 32-bit lanes.
+  const __m128i up = _mm_shuffle_epi32(_mm_castpd_si128(_mm_cmpge_pd(remainder, _mm_set1_pd(0.5))),
+                                       _MM_SHUFFLE(3, 3, 2, 0));
+  const __m128i down = _mm_shuffle_epi32(
+      _mm_castpd_si128(_mm_cmple_pd(remainder, _mm_set1_pd(-0.5))), _MM_SHUFFLE(3, 3, 2, 0));
+  const __m128i rounded = _mm_add_epi32(_mm_sub_epi32(whole, up), down);
+  const int words = _mm_cvtsi128_si32(_mm_packs_epi32(rounded, rounded));
+  std::memcpy(out, &words, sizeof words);
+}
+#else
+inline void encode_fast(const lib_iq_sample_t& sample, unsigned char* out) {
+  encode_sample(sample, out);
+}
+#endif
+
 // Encodes `count` samples into 4 count bytes at `out`.
 void encode_into(const lib_iq_sample_t* samples, std::size_t count, unsigned char* out) {
+  static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the file is little endian");
   for (std::size_t i = 0; i < count; ++i) {
-    for (const fp64 component : {samples[i].real(), samples[i].imag()}) {
-      const std::uint16_t word = encode_component(component);
-      *out++ = static_cast<unsigned char>(word & 0xFFu);
-      *out++ = static_cast<unsigned char>(word >> 8);
-    }
+    encode_fast(samples[i], out + 4 * i);
   }
 }
 
@@ -122,12 +157,7 @@ std::string cfg_waveform_file_t::encode_samples(const lib_iq_data_arr_t& samples
 }
 
 std::string cfg_waveform_file_t::seal_field(const std::string& bytes) {
-  const QByteArray digest =
-      QCryptographicHash::hash(
-          QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size())),
-          QCryptographicHash::Md5)
-          .toHex();
-  return "CheckCode," + digest.toStdString() + ",";
+  return "CheckCode," + cfg_background_md5_t::hex_digest(bytes.data(), bytes.size()) + ",";
 }
 
 std::string cfg_waveform_file_t::replace_file_name(const std::string& header,
@@ -156,25 +186,30 @@ bool cfg_waveform_file_t::save_iq_waveform_file(const std::string& header,
   const std::string named = separator == std::string::npos
                                 ? header
                                 : replace_file_name(header, path.substr(separator + 1));
-  // One pass in cache-sized chunks: encode, hash, write. The seal has a fixed width, so it is
-  // written as a placeholder first and filled in at the end.
-  constexpr std::size_t chunk_samples = 1 << 14;
-  QCryptographicHash hash(QCryptographicHash::Md5);
-  hash.addData(named.data(), static_cast<int>(named.size()));
+  // One pass in cache-sized chunks: each is encoded into a slot of the hash thread, written,
+  // then hashed there while the next is encoded. The seal has a fixed width, so it is written
+  // as a placeholder first and filled in at the end.
+  constexpr std::size_t chunk_samples = 1 << 16;
+  cfg_background_md5_t hash(4, chunk_samples * 4);
+  for (std::size_t first = 0; first < named.size(); first += hash.slot_bytes()) {
+    const std::size_t count = std::min(hash.slot_bytes(), named.size() - first);
+    std::memcpy(hash.acquire(), named.data() + first, count);
+    hash.submit(count);
+  }
   const std::string placeholder = "CheckCode," + std::string(32, '0') + ",";
-  std::vector<unsigned char> chunk(chunk_samples * 4);
   errno = 0;
   bool written = write_all(file, placeholder.data(), placeholder.size()) &&
                  write_all(file, named.data(), named.size());
   for (std::size_t first = 0; written && first < samples.size(); first += chunk_samples) {
     const std::size_t count = std::min(chunk_samples, samples.size() - first);
-    encode_into(samples.data() + first, count, chunk.data());
-    hash.addData(reinterpret_cast<const char*>(chunk.data()), static_cast<int>(count * 4));
-    written = write_all(file, chunk.data(), count * 4);
+    unsigned char* chunk = hash.acquire();
+    encode_into(samples.data() + first, count, chunk);
+    written = write_all(file, chunk, count * 4);
+    hash.submit(count * 4);
   }
-  const QByteArray digest = hash.result().toHex();
+  const std::string digest = hash.finish_hex();
   written = written && file.seek(static_cast<qint64>(std::string("CheckCode,").size())) &&
-            write_all(file, digest.constData(), static_cast<std::size_t>(digest.size()));
+            write_all(file, digest.data(), digest.size());
   if (!written || !file.flush() || !file.commit()) {
     // The operating system's reason (disk full, file too large) says more than Qt's text.
     const std::string reason = errno != 0 ? std::strerror(errno) : file.errorString().toStdString();

@@ -1,6 +1,9 @@
 #include "cli/cli_generate.h"
 
+#include <filesystem>
 #include <fstream>
+#include <iomanip>
+#include <iostream>
 #include <optional>
 #include <sstream>
 
@@ -8,6 +11,7 @@
 #include "cfg/cfg_protocol_type.h"
 #include "cfg/lib_xml_common.h"
 #include "cli/cli_output.h"
+#include "cli/cli_phase.h"
 #include "cli/cli_protocol_names.h"
 #include "cli/cli_source.h"
 
@@ -20,6 +24,7 @@ struct generate_options_t {
   std::optional<nal::uint64> tab;
   std::vector<std::string> settings;
   std::string output;
+  bool timing = false;
 };
 
 bool parse_generate(const std::vector<std::string>& arguments, generate_options_t& options,
@@ -40,6 +45,8 @@ bool parse_generate(const std::vector<std::string>& arguments, generate_options_
       options.tab = std::stoull(value);
     } else if (argument == "--set") {
       options.settings.push_back(arguments[++i]);
+    } else if (argument == "--timing") {
+      options.timing = true;
     } else if (argument == "-o") {
       options.output = arguments[++i];
     } else if (options.source.empty() && argument.rfind("-", 0) != 0) {
@@ -50,10 +57,29 @@ bool parse_generate(const std::vector<std::string>& arguments, generate_options_
     }
   }
   if (options.source.empty() || options.output.empty()) {
-    error = "usage: wavelume-cli generate SOURCE [--tab N] [--set PATH=VALUE]... -o OUT";
+    error = "usage: wavelume-cli generate SOURCE [--tab N] [--set PATH=VALUE]... [--timing] -o OUT";
     return false;
   }
   return true;
+}
+
+constexpr double mebibyte = 1024.0 * 1024.0;
+
+// Where a run's time and memory went: the compute stage, then the file.
+void report_timing(std::ostream& errors, std::size_t sample_count, const std::string& output,
+                   double compute_seconds, double compute_peak, double write_seconds) {
+  const double array_bytes = static_cast<double>(sample_count * sizeof(nal::lib_iq_sample_t));
+  std::error_code ignored;
+  const double file_bytes = static_cast<double>(std::filesystem::file_size(output, ignored));
+  errors << std::fixed << std::setprecision(3) << "samples: " << sample_count << " ("
+         << array_bytes / mebibyte << " MiB as complex doubles)\n"
+         << "compute: " << compute_seconds << " s, peak memory " << compute_peak / mebibyte
+         << " MiB (" << compute_peak / array_bytes << " x the samples)\n"
+         << "write:   " << write_seconds << " s, " << file_bytes / 1e6 << " MB at "
+         << file_bytes / 1e6 / write_seconds << " MB/s, peak memory "
+         << cli_phase_t::peak_memory_bytes() / mebibyte << " MiB ("
+         << cli_phase_t::peak_memory_bytes() / array_bytes << " x the samples)\n"
+         << std::defaultfloat;
 }
 
 }  // namespace
@@ -120,16 +146,28 @@ int run_generate(const std::vector<std::string>& arguments, std::ostream& out,
     errors << "wavelume-cli generate: cannot compute the protocol '" << protocol_text << "'\n";
     return 2;
   }
+  // Live progress only where a person watches; the tests pass string streams.
+  const bool live = &errors == &std::cerr && cli_phase_t::errors_on_terminal();
+  cli_phase_t computing(errors, "computing the waveform", live);
   compute_waveform(*configuration);
-  nal::lib_iq_data_arr_t samples;
-  if (!configuration->get_waveform_data(samples) || samples.empty()) {
+  const double compute_seconds = computing.finish();
+  const double compute_peak = cli_phase_t::peak_memory_bytes();
+  nal::lib_iq_data_arr_t storage;
+  const nal::lib_iq_data_arr_t& samples = computed_samples(*configuration, storage);
+  if (samples.empty()) {
     errors << "wavelume-cli generate: the settings produced no waveform\n";
     return 1;
   }
+  cli_phase_t writing(errors, "writing " + options.output, live);
   if (!write_output(*configuration, samples, sample_rate_of(*configuration), protocol_text,
                     options.output, error)) {
     errors << "wavelume-cli generate: " << error << "\n";
     return 2;
+  }
+  const double write_seconds = writing.finish();
+  if (options.timing) {
+    report_timing(errors, samples.size(), options.output, compute_seconds, compute_peak,
+                  write_seconds);
   }
   out << options.output << ": " << samples.size() << " samples at "
       << sample_rate_of(*configuration) << " Hz\n";

@@ -44,6 +44,17 @@ void compute_waveform(nal::cfg_protocol_base_t& configuration) {
   }
 }
 
+const nal::lib_iq_data_arr_t& computed_samples(nal::cfg_protocol_base_t& configuration,
+                                               nal::lib_iq_data_arr_t& storage) {
+  if (const auto* custom_iq = dynamic_cast<const nal::cfg_custom_iq_t*>(&configuration)) {
+    return custom_iq->engine().get_waveform_data();
+  }
+  if (!configuration.get_waveform_data(storage)) {
+    storage.clear();
+  }
+  return storage;
+}
+
 double sample_rate_of(const nal::cfg_protocol_base_t& configuration) {
   if (const auto* custom_iq = dynamic_cast<const nal::cfg_custom_iq_t*>(&configuration)) {
     return custom_iq->engine().get_sample_rate();

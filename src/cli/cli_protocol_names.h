@@ -19,6 +19,10 @@ std::optional<nal::protocol_type_t> protocol_of_name(const std::string& name);
 std::unique_ptr<nal::cfg_protocol_base_t> preset_configuration(nal::protocol_type_t type);
 // Computes the samples of a configuration as a page's Update does.
 void compute_waveform(nal::cfg_protocol_base_t& configuration);
+// The computed samples without a copy where the engine holds them; `storage` otherwise. Empty
+// when no waveform exists.
+const nal::lib_iq_data_arr_t& computed_samples(nal::cfg_protocol_base_t& configuration,
+                                               nal::lib_iq_data_arr_t& storage);
 // Rate of the computed samples in Hz, 0 when unknown.
 double sample_rate_of(const nal::cfg_protocol_base_t& configuration);
 

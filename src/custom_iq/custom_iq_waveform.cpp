@@ -290,14 +290,16 @@ bool custom_iq_t::_generate() {
   _transfer_modulation_config(record, config);
   _iq_waveform.set_modulation_config(config);
   _iq_waveform.generate_iq_signal();
-  _waveform = _iq_waveform.get_baseband_iq();
+  _iq_waveform.release_baseband_iq(_waveform);
   return true;
 }
 
 void custom_iq_t::update_waveform() {
   _call_dirty(false);
   try {
-    _waveform.clear();
+    // Freed, not just emptied: the old samples would otherwise stay allocated while the new
+    // ones are computed.
+    lib_iq_data_arr_t().swap(_waveform);
     if (!_generate()) {
       return;
     }

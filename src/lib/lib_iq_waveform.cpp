@@ -136,6 +136,14 @@ void lib_iq_waveform_t::generate_iq_signal() {
   lib_resample_t::deal_resampling(modulated, _baseband_iq, up, down);
 }
 
+void lib_iq_waveform_t::release_baseband_iq(lib_iq_data_arr_t& out) {
+  out.clear();
+  out.shrink_to_fit();
+  out.swap(_baseband_iq);
+  _spectrum.clear();
+  _spectrum_ready = true;
+}
+
 const lib_iq_data_arr_t& lib_iq_waveform_t::get_spectrum() {
   if (!_spectrum_ready) {
     if (_baseband_iq.empty()) {

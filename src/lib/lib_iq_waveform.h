@@ -44,6 +44,9 @@ class lib_iq_waveform_t {
 
   lib_modulation_base_t& active_modulator() { return *_modulators()[_active]; }
   const lib_iq_data_arr_t& get_baseband_iq() const { return _baseband_iq; }
+  // Hands the baseband array over to `out` without a copy (its old content is dropped), for an
+  // owner that keeps the samples itself; the baseband and its spectrum are empty afterwards.
+  void release_baseband_iq(lib_iq_data_arr_t& out);
   // Peak-normalised spectrum of the baseband (rectangular window, zero-padded to a power of 2,
   // zero frequency in the middle). Computed on first access after each generation.
   const lib_iq_data_arr_t& get_spectrum();
