@@ -212,4 +212,47 @@ TEST_F(ProtocolState, DamagedOrOversizedFilesAreRefusedWithoutHandingOutAnything
   EXPECT_NE(_loaded[0], nullptr);
 }
 
+TEST_F(ProtocolState, XmlBombsAreReadWithoutBlowingUp) {
+  std::string errors;
+  const auto sealed_python = [](const std::string& document_expression) {
+    return "    d = (b'<?xml version=\"1.0\"?><Wavelume SoftwareVersion=\"2.0.0.1.2\">'\n"
+           "         b'<CurrentTabIndex>0</CurrentTabIndex><ProtocolConfigurationList>'\n"
+           "         b'<ProtocolConfiguration ProtocolType=\"Custom IQ\">' + " +
+           document_expression +
+           " + b'</ProtocolConfiguration></ProtocolConfigurationList></Wavelume>')\n"
+           "    z.writestr('AutoXmlFileName.xml', d)\n"
+           "    z.writestr('Md5CheckoutCode.txt', hashlib.md5(d).hexdigest())\n";
+  };
+  // A million nested elements: the parser and the tree's destruction must not recurse.
+  ASSERT_TRUE(load(python_archive("deep.state", sealed_python("b'<Value>' + b'<a>' * 1000000 + "
+                                                              "b'</a>' * 1000000 + b'</Value>'")),
+                   errors))
+      << errors;
+  ASSERT_EQ(_loaded.size(), 1u);
+
+  // Sixty megabytes of text in one element, just under the entry limit, arrive whole.
+  ASSERT_TRUE(load(
+      python_archive("text.state", sealed_python("b'<Name>' + b'x' * (60 << 20) + b'</Name>'")),
+      errors))
+      << errors;
+  ASSERT_EQ(_loaded.size(), 1u);
+  EXPECT_EQ(static_cast<const fake_configuration_t&>(*_loaded[0]).name().size(), 60u << 20);
+
+  // Nested entities are never expanded (no document type processing), so they cost nothing.
+  const fs::path laughs = python_archive(
+      "laughs.state",
+      "    e = b''.join(b'<!ENTITY l%d \"&l%d;&l%d;&l%d;&l%d;&l%d;&l%d;&l%d;&l%d;&l%d;&l%d;\">' % "
+      "((i,) + (i - 1,) * 10) for i in range(1, 10))\n"
+      "    d = (b'<?xml version=\"1.0\"?><!DOCTYPE Wavelume [<!ENTITY l0 \"lol\">' + e + b']>'\n"
+      "         b'<Wavelume SoftwareVersion=\"2.0.0.1.2\"><CurrentTabIndex>0</CurrentTabIndex>'\n"
+      "         b'<ProtocolConfigurationList><ProtocolConfiguration ProtocolType=\"Custom IQ\">'\n"
+      "         b'<Name>&l9;</Name></ProtocolConfiguration></ProtocolConfigurationList>'\n"
+      "         b'</Wavelume>')\n"
+      "    z.writestr('AutoXmlFileName.xml', d)\n"
+      "    z.writestr('Md5CheckoutCode.txt', hashlib.md5(d).hexdigest())\n");
+  ASSERT_TRUE(load(laughs, errors)) << errors;
+  ASSERT_EQ(_loaded.size(), 1u);
+  EXPECT_LT(static_cast<const fake_configuration_t&>(*_loaded[0]).name().size(), 16u);
+}
+
 }  // namespace
