@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <sstream>
 #include <string>
 
@@ -47,8 +48,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   again.load_string(first.c_str());
   nal::cfg_custom_iq_t recalled;
   recalled.load_from_xml(again.document_element());
-  if (saved_text(recalled) != first) {
-    __builtin_trap();  // a setting did not survive its own save and recall
+  const std::string second = saved_text(recalled);
+  if (second != first) {  // a setting did not survive its own save and recall
+    std::fprintf(stderr, "saved:\n%s\nrecalled and saved again:\n%s\n", first.c_str(),
+                 second.c_str());
+    __builtin_trap();
   }
   return 0;
 }

@@ -354,6 +354,8 @@ void custom_iq_t::_update_lfm_total_time() {
     total += row.duration;
   }
   _lfm_total_time.store(total);
+  // The chirp's length follows its segments; without this the sample count went stale.
+  _update_length();
 }
 
 bool custom_iq_t::set_lfm_segment_list(const lfm_segment_list_t& list) {

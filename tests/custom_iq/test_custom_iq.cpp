@@ -264,6 +264,9 @@ TEST(custom_iq_waveform, too_large_chirp_is_refused) {
   EXPECT_TRUE(engine.set_lfm_mode(true));
   EXPECT_TRUE(engine.set_lfm_segment_list({{0, 1e6, 0.2}, {1e6, 0, 0.2}}));
   EXPECT_DOUBLE_EQ(engine.get_lfm_total_time(), 0.4);
+  // The sample count follows the segments (found by fuzzing: it once kept an older length).
+  EXPECT_DOUBLE_EQ(engine.get_waveform_length(), 0.4);
+  EXPECT_EQ(engine.get_total_sample_points(), static_cast<nal::uint64>(0.4 * 1e8));
   observed.reset_counts();
   engine.update_waveform();
   EXPECT_EQ(observed.dirty_false, 1);
