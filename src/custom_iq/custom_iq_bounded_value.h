@@ -18,7 +18,11 @@ class custom_iq_bounded_value_t {
   value_t value() const { return _value; }
 
   // The nearest value within the bounds.
-  value_t clamp(value_t value) const { return std::min(std::max(value, _minimum), _maximum); }
+  // A negative zero becomes zero: it equals zero, so a recall would not restore it, and the
+  // state file would not read back as it was written.
+  value_t clamp(value_t value) const {
+    return std::min(std::max(value, _minimum), _maximum) + value_t{0};
+  }
   void store(value_t value) { _value = clamp(value); }
   // Replaces the bounds and clamps the stored value into them.
   void set_bounds(value_t minimum, value_t maximum) {

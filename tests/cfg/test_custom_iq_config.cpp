@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include <cmath>
 
 #include "cfg/cfg_custom_iq.h"
@@ -139,6 +141,29 @@ TEST(CustomIqConfigXml, AnotherProtocolsElementIsNotRead) {
   node.append_child("Basic").append_child("WaveformFrameNumber").text().set(7);
   EXPECT_FALSE(config.load_from_xml(node));
   EXPECT_EQ(config.engine().get_frame_number(), 1u);
+}
+
+// Found by fuzzing: an element whose values read as "-0" was written back as "-0", which a recall
+// (-0 equals the preset's 0) did not restore. Every element must survive its own save and recall.
+TEST(CustomIqConfigXml, SavedElementRecallsToTheSameText) {
+  const auto saved_text = [](const cfg_custom_iq_t& config) {
+    pugi::xml_document saved;
+    pugi::xml_node out = saved.append_child("ProtocolConfiguration");
+    config.save_to_xml(out);
+    std::ostringstream text;
+    saved.save(text);
+    return text.str();
+  };
+  pugi::xml_document document;
+  ASSERT_TRUE(document.load_file(WAVELUME_TESTS_DIR "/cfg/data/custom_iq_negative_zero.xml"));
+  cfg_custom_iq_t first;
+  ASSERT_TRUE(first.load_from_xml(document.document_element()));
+  const std::string text = saved_text(first);
+  pugi::xml_document again;
+  ASSERT_TRUE(again.load_string(text.c_str()));
+  cfg_custom_iq_t recalled;
+  ASSERT_TRUE(recalled.load_from_xml(again.document_element()));
+  EXPECT_EQ(saved_text(recalled), text);
 }
 
 TEST_F(CustomIqConfig, SavedWaveformFileCarriesRateRmsAndSamples) {
