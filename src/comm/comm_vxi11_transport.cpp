@@ -121,7 +121,9 @@ comm_vi_status_t comm_vxi11_transport_t::open(const std::string& host,
                            host + " refused the link, error " + std::to_string(error));
     return VI_ERROR_RSRC_NFOUND;
   }
-  link->_max_receive_size = std::max(link->_max_receive_size, min_receive_size);
+  if (link->_max_receive_size == 0) {
+    link->_max_receive_size = min_receive_size;
+  }
   link->_last_timeout_ms = timeout_ms;
   link->_linked = true;
   transport = std::move(link);
