@@ -1,0 +1,34 @@
+#pragma once
+// A portmapper (program 100000, version 2) that knows one mapping: the VXI-11 core channel over
+// TCP at the port given. NULL, GETPORT and DUMP are served; GETPORT of anything else answers 0.
+// It listens on a port of the test's choosing, so no system portmapper is needed or disturbed.
+
+#include <atomic>
+#include <cstdint>
+
+#include "tests/comm/simulator/sim_rpc_server.h"
+
+namespace wavelume_test {
+
+class sim_portmapper_server_t : public sim_rpc_server_t {
+ public:
+  static constexpr std::uint32_t program = 100000;
+  static constexpr std::uint32_t version = 2;
+
+  explicit sim_portmapper_server_t(std::uint16_t core_port);
+  ~sim_portmapper_server_t() override;
+
+  // GETPORT calls answered with the core channel's port.
+  int core_port_lookups() const { return _lookups; }
+
+ protected:
+  // See base class.
+  accept_status_t call(int socket, std::uint32_t procedure, sim_xdr_reader_t& arguments,
+                       sim_xdr_writer_t& results) override;
+
+ private:
+  const std::uint16_t _core_port;
+  std::atomic<int> _lookups{0};
+};
+
+}  // namespace wavelume_test
