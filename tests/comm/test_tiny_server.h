@@ -1,6 +1,7 @@
 #pragma once
-// A loopback TCP server on its own thread for fault tests: it accepts connections one after the
-// other and hands each to a handler, until the object is destroyed.
+// A loopback TCP server for fault tests: it accepts connections until the object is destroyed
+// and runs the handler for each on a thread of its own (HiSLIP needs two at once). The handlers
+// must return once their client closes.
 
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -11,6 +12,7 @@
 #include <functional>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace test_comm {
 
@@ -36,6 +38,9 @@ class tiny_server_t {
     _stopping = true;
     ::shutdown(_listener, SHUT_RDWR);
     _thread.join();
+    for (std::thread& client : _clients) {
+      client.join();
+    }
     ::close(_listener);
   }
   tiny_server_t(const tiny_server_t&) = delete;
@@ -87,8 +92,10 @@ class tiny_server_t {
       if (client < 0) {
         return;
       }
-      _handler(client);
-      ::close(client);
+      _clients.emplace_back([this, client]() {
+        _handler(client);
+        ::close(client);
+      });
     }
   }
 
@@ -97,6 +104,7 @@ class tiny_server_t {
   std::uint16_t _port = 0;
   std::atomic<bool> _stopping{false};
   std::thread _thread;
+  std::vector<std::thread> _clients;
 };
 
 }  // namespace test_comm

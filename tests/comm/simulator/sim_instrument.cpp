@@ -21,7 +21,7 @@ bool sim_instrument_t::start(const sim_instrument_options_t& options) {
                  _hislip->start(options.hislip_port);
   if (started) {
     _portmapper = std::make_unique<sim_portmapper_server_t>(_vxi11->port());
-    started = _portmapper->start(options.portmapper_port);
+    started = _portmapper->start_both(options.portmapper_port);
   }
   if (!started) {
     stop();

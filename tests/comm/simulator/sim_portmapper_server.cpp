@@ -1,5 +1,13 @@
 #include "tests/comm/simulator/sim_portmapper_server.h"
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <string>
+
 #include "tests/comm/simulator/sim_vxi11_server.h"
 
 namespace wavelume_test {
@@ -17,6 +25,58 @@ sim_portmapper_server_t::sim_portmapper_server_t(std::uint16_t core_port)
 
 sim_portmapper_server_t::~sim_portmapper_server_t() {
   stop();
+  if (_datagram_socket >= 0) {
+    _datagrams_stopping = true;
+    _datagram_thread.join();
+    ::close(_datagram_socket);
+  }
+}
+
+bool sim_portmapper_server_t::start_both(std::uint16_t port) {
+  if (!start(port)) {
+    return false;
+  }
+  _datagram_socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(this->port());
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  if (_datagram_socket < 0 ||
+      ::bind(_datagram_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    if (_datagram_socket >= 0) {
+      ::close(_datagram_socket);
+    }
+    _datagram_socket = -1;
+    stop();
+    return false;
+  }
+  _datagram_thread = std::thread([this] { _serve_datagrams(); });
+  return true;
+}
+
+void sim_portmapper_server_t::_serve_datagrams() {
+  std::string message;
+  std::string reply;
+  while (!_datagrams_stopping) {
+    // A short poll keeps stopping prompt without signalling the thread.
+    pollfd ready{_datagram_socket, POLLIN, 0};
+    if (::poll(&ready, 1, 50) <= 0) {
+      continue;
+    }
+    sockaddr_in peer{};
+    socklen_t peer_size = sizeof peer;
+    message.resize(record_limit);
+    const ssize_t got = ::recvfrom(_datagram_socket, message.data(), message.size(), 0,
+                                   reinterpret_cast<sockaddr*>(&peer), &peer_size);
+    if (got <= 0) {
+      continue;
+    }
+    message.resize(static_cast<std::size_t>(got));
+    if (answer(-1, message, reply)) {
+      ::sendto(_datagram_socket, reply.data(), reply.size(), 0,
+               reinterpret_cast<const sockaddr*>(&peer), peer_size);
+    }
+  }
 }
 
 sim_rpc_server_t::accept_status_t sim_portmapper_server_t::call(int, std::uint32_t procedure,

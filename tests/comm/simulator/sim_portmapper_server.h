@@ -1,10 +1,12 @@
 #pragma once
 // A portmapper (program 100000, version 2) that knows one mapping: the VXI-11 core channel over
-// TCP at the port given. NULL, GETPORT and DUMP are served; GETPORT of anything else answers 0.
-// It listens on a port of the test's choosing, so no system portmapper is needed or disturbed.
+// TCP at the port given. NULL, GETPORT and DUMP are served, over TCP and over UDP on the same
+// port number (some clients fall back to UDP); GETPORT of anything else answers 0. It listens on
+// a port of the test's choosing, so no system portmapper is needed or disturbed.
 
 #include <atomic>
 #include <cstdint>
+#include <thread>
 
 #include "tests/comm/simulator/sim_rpc_server.h"
 
@@ -18,6 +20,10 @@ class sim_portmapper_server_t : public sim_rpc_server_t {
   explicit sim_portmapper_server_t(std::uint16_t core_port);
   ~sim_portmapper_server_t() override;
 
+  // Starts the TCP service on `port` and the UDP one on the same number. False when either
+  // cannot be bound.
+  bool start_both(std::uint16_t port);
+
   // GETPORT calls answered with the core channel's port.
   int core_port_lookups() const { return _lookups; }
 
@@ -27,8 +33,13 @@ class sim_portmapper_server_t : public sim_rpc_server_t {
                        sim_xdr_writer_t& results) override;
 
  private:
+  void _serve_datagrams();
+
   const std::uint16_t _core_port;
   std::atomic<int> _lookups{0};
+  int _datagram_socket = -1;
+  std::atomic<bool> _datagrams_stopping{false};
+  std::thread _datagram_thread;
 };
 
 }  // namespace wavelume_test

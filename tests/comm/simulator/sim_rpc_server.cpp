@@ -31,7 +31,7 @@ void sim_rpc_server_t::serve(int socket) {
   std::string record;
   std::string reply;
   while (_read_record(socket, record)) {
-    if (!_answer(socket, record, reply) || !_send_record(socket, reply)) {
+    if (!answer(socket, record, reply) || !_send_record(socket, reply)) {
       break;
     }
   }
@@ -79,8 +79,9 @@ bool sim_rpc_server_t::_send_record(int socket, const std::string& record) const
   return true;
 }
 
-bool sim_rpc_server_t::_answer(int socket, const std::string& record, std::string& reply) {
-  sim_xdr_reader_t in(reinterpret_cast<const unsigned char*>(record.data()), record.size());
+bool sim_rpc_server_t::answer(int socket, const std::string& call_message, std::string& reply) {
+  sim_xdr_reader_t in(reinterpret_cast<const unsigned char*>(call_message.data()),
+                      call_message.size());
   const std::uint32_t xid = in.u32();
   if (in.u32() != message_call || !in.ok()) {
     return false;

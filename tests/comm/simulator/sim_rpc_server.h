@@ -37,12 +37,13 @@ class sim_rpc_server_t : public sim_tcp_server_t {
 
   // See base class.
   void serve(int socket) override;
+  // The reply to one call (a record, or a datagram with `socket` -1); false for a message that
+  // carries no call.
+  bool answer(int socket, const std::string& call_message, std::string& reply);
 
  private:
   bool _read_record(int socket, std::string& record) const;
   bool _send_record(int socket, const std::string& record) const;
-  // The reply to one call record; false for a record that carries no call.
-  bool _answer(int socket, const std::string& record, std::string& reply);
 
   const std::uint32_t _program;
   const std::uint32_t _version;
