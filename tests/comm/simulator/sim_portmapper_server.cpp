@@ -16,6 +16,7 @@ namespace {
 
 enum procedure_t : std::uint32_t { NULL_PROCEDURE = 0, GETPORT = 3, DUMP = 4 };
 constexpr std::uint32_t protocol_tcp = 6;
+constexpr std::uint32_t protocol_udp = 17;
 constexpr std::size_t record_limit = 4096;
 
 }  // namespace
@@ -79,6 +80,12 @@ void sim_portmapper_server_t::_serve_datagrams() {
   }
 }
 
+std::vector<std::array<std::uint32_t, 4>> sim_portmapper_server_t::_mappings() const {
+  return {{program, version, protocol_tcp, port()},
+          {program, version, protocol_udp, port()},
+          {sim_vxi11_server_t::program, sim_vxi11_server_t::version, protocol_tcp, _core_port}};
+}
+
 sim_rpc_server_t::accept_status_t sim_portmapper_server_t::call(int, std::uint32_t procedure,
                                                                 sim_xdr_reader_t& arguments,
                                                                 sim_xdr_writer_t& results) {
@@ -87,23 +94,24 @@ sim_rpc_server_t::accept_status_t sim_portmapper_server_t::call(int, std::uint32
       return SUCCESS;
     case GETPORT: {
       const std::uint32_t wanted_program = arguments.u32();
-      const std::uint32_t wanted_version = arguments.u32();
+      arguments.u32();  // version: as in the usual portmapper, any version of the program will do
       const std::uint32_t protocol = arguments.u32();
       arguments.u32();  // port, unused in a query
       if (!arguments.ok()) {
         return GARBAGE_ARGS;
       }
-      const bool core = wanted_program == sim_vxi11_server_t::program &&
-                        wanted_version == sim_vxi11_server_t::version && protocol == protocol_tcp;
-      _lookups += core ? 1 : 0;
-      results.u32(core ? _core_port : 0);
+      std::uint32_t found = 0;
+      for (const auto& mapping : _mappings()) {
+        if (found == 0 && mapping[0] == wanted_program && mapping[2] == protocol) {
+          found = mapping[3];
+        }
+      }
+      _lookups += wanted_program == sim_vxi11_server_t::program && found != 0 ? 1 : 0;
+      results.u32(found);
       return SUCCESS;
     }
-    case DUMP: {
-      const std::uint32_t mappings[2][4] = {
-          {program, version, protocol_tcp, port()},
-          {sim_vxi11_server_t::program, sim_vxi11_server_t::version, protocol_tcp, _core_port}};
-      for (const auto& mapping : mappings) {
+    case DUMP:
+      for (const auto& mapping : _mappings()) {
         results.u32(1);  // a value follows
         for (const std::uint32_t word : mapping) {
           results.u32(word);
@@ -111,7 +119,6 @@ sim_rpc_server_t::accept_status_t sim_portmapper_server_t::call(int, std::uint32
       }
       results.u32(0);
       return SUCCESS;
-    }
     default:
       return PROC_UNAVAIL;
   }

@@ -1,12 +1,14 @@
 #pragma once
-// A portmapper (program 100000, version 2) that knows one mapping: the VXI-11 core channel over
+// A portmapper (program 100000, version 2) that knows itself and the VXI-11 core channel over
 // TCP at the port given. NULL, GETPORT and DUMP are served, over TCP and over UDP on the same
 // port number (some clients fall back to UDP); GETPORT of anything else answers 0. It listens on
 // a port of the test's choosing, so no system portmapper is needed or disturbed.
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <thread>
+#include <vector>
 
 #include "tests/comm/simulator/sim_rpc_server.h"
 
@@ -34,6 +36,8 @@ class sim_portmapper_server_t : public sim_rpc_server_t {
 
  private:
   void _serve_datagrams();
+  // Program, version, protocol and port of each service known.
+  std::vector<std::array<std::uint32_t, 4>> _mappings() const;
 
   const std::uint16_t _core_port;
   std::atomic<int> _lookups{0};
