@@ -182,17 +182,7 @@ void sim_hislip_server_t::_serve_synchronous(int socket, const header_t& initial
     _sessions[session_id] = session;
   }
   sim_message_sink_t& sink = *session->sink;
-  const auto record_event = [&sink](sim_wire_event_t::kind_t kind, const std::string& head) {
-    sim_wire_event_t event;
-    event.transport = sim_transport_t::hislip;
-    event.kind = kind;
-    event.session = sink.session();
-    event.size = head.size();
-    event.head = head.substr(0, sim_wire_event_t::head_size);
-    event.time = std::chrono::steady_clock::now();
-    sink.record().add_event(std::move(event));
-  };
-  record_event(sim_wire_event_t::CONNECT, {});
+  sink.record_event(sim_wire_event_t::CONNECT);
   header_t::send(socket, INITIALIZE_RESPONSE, 0,
                  (std::uint32_t{protocol_version} << 16) | session_id);
 
@@ -231,7 +221,7 @@ void sim_hislip_server_t::_serve_synchronous(int socket, const header_t& initial
           sink.end_message();
           if (!sink.pending_reply().empty()) {
             const std::string reply = sink.take_reply(sink.pending_reply().size());
-            record_event(sim_wire_event_t::READ, reply);
+            sink.record_event(sim_wire_event_t::READ, reply);
             open = header_t::send(socket, DATA_END, 0, header.parameter, reply);
           }
         }
@@ -255,7 +245,7 @@ void sim_hislip_server_t::_serve_synchronous(int socket, const header_t& initial
     header_t::send(socket, FATAL_ERROR, POORLY_FORMED_HEADER, 0);
   }
   sink.end_message();
-  record_event(sim_wire_event_t::CLOSE, {});
+  sink.record_event(sim_wire_event_t::CLOSE);
   std::lock_guard<std::mutex> lock(_mutex);
   _sessions.erase(session_id);
 }

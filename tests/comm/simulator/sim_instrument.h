@@ -54,6 +54,7 @@ class sim_instrument_t {
   sim_wire_record_t& record() { return _record; }
   // Null before start.
   const sim_hislip_server_t* hislip() const { return _hislip.get(); }
+  const sim_vxi11_server_t* vxi11() const { return _vxi11.get(); }
   const sim_portmapper_server_t* portmapper() const { return _portmapper.get(); }
 
  private:

@@ -41,6 +41,7 @@ void sim_message_sink_t::feed(const unsigned char* data, std::size_t size) {
   if (_size == 0) {
     _started = std::chrono::steady_clock::now();
   }
+  _last_byte = std::chrono::steady_clock::now();
   const bool kind_known = _size >= block_prefix_size;
   _size += size;
   if (_is_block) {
@@ -85,6 +86,7 @@ void sim_message_sink_t::end_message() {
   event.size = _size;
   event.head = _text.substr(0, sim_wire_event_t::head_size);
   event.time = _started;
+  event.last_byte_time = _last_byte;
   _record.add_event(std::move(event));
   if (_is_block) {
     sim_kept_block_t block;
@@ -105,6 +107,18 @@ void sim_message_sink_t::end_message() {
   _is_block = false;
   _text.clear();
   _hash.reset();
+}
+
+void sim_message_sink_t::record_event(sim_wire_event_t::kind_t kind, const std::string& bytes) {
+  sim_wire_event_t event;
+  event.transport = _transport;
+  event.kind = kind;
+  event.session = _session;
+  event.size = bytes.size();
+  event.head = bytes.substr(0, head_size);
+  event.time = std::chrono::steady_clock::now();
+  event.last_byte_time = event.time;
+  _record.add_event(std::move(event));
 }
 
 std::string sim_message_sink_t::take_reply(std::size_t count) {

@@ -43,6 +43,10 @@ class sim_message_sink_t {
   const std::string& pending_reply() const { return _reply; }
   std::string take_reply(std::size_t count);
 
+  // Records a connect, read or close of this session, happening now; `bytes` are those of a
+  // reply served.
+  void record_event(sim_wire_event_t::kind_t kind, const std::string& bytes = {});
+
   sim_wire_record_t& record() { return _record; }
   sim_transport_t transport() const { return _transport; }
   int session() const { return _session; }
@@ -56,6 +60,7 @@ class sim_message_sink_t {
   std::size_t _size = 0;
   bool _is_block = false;
   std::chrono::steady_clock::time_point _started;
+  std::chrono::steady_clock::time_point _last_byte;
   // The head until the kind is known, then the text of a command or the bytes of a block kept
   // as bytes.
   std::string _text;

@@ -14,18 +14,6 @@ namespace wavelume_test {
 
 namespace {
 
-void record_event(sim_message_sink_t& sink, sim_wire_event_t::kind_t kind, std::size_t size = 0,
-                  std::string head = {}) {
-  sim_wire_event_t event;
-  event.transport = sink.transport();
-  event.kind = kind;
-  event.session = sink.session();
-  event.size = size;
-  event.head = std::move(head);
-  event.time = std::chrono::steady_clock::now();
-  sink.record().add_event(std::move(event));
-}
-
 // Ends the message and sends the reply it leaves, if any. False when the peer is gone.
 bool finish_message(int socket, sim_message_sink_t& sink) {
   sink.end_message();
@@ -33,8 +21,7 @@ bool finish_message(int socket, sim_message_sink_t& sink) {
     return true;
   }
   const std::string reply = sink.take_reply(sink.pending_reply().size());
-  record_event(sink, sim_wire_event_t::READ, reply.size(),
-               reply.substr(0, sim_wire_event_t::head_size));
+  sink.record_event(sim_wire_event_t::READ, reply);
   return sim_send_all(socket, reply.data(), reply.size());
 }
 
@@ -75,7 +62,7 @@ sim_raw_socket_server_t::~sim_raw_socket_server_t() {
 void sim_raw_socket_server_t::serve(int socket) {
   sim_message_sink_t sink(_record, sim_transport_t::raw_socket, _record.next_session(),
                           _options.keeping);
-  record_event(sink, sim_wire_event_t::CONNECT);
+  sink.record_event(sim_wire_event_t::CONNECT);
   std::vector<unsigned char> buffer(256 * 1024);
   for (;;) {
     int timeout_ms = -1;
@@ -104,7 +91,7 @@ void sim_raw_socket_server_t::serve(int socket) {
   }
   // A message cut by the close is still recorded; its reply has nobody to go to.
   sink.end_message();
-  record_event(sink, sim_wire_event_t::CLOSE);
+  sink.record_event(sim_wire_event_t::CLOSE);
 }
 
 }  // namespace wavelume_test

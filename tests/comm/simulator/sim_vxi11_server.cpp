@@ -40,17 +40,6 @@ bool accessible(const std::string& device) {
                      [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
-void record_event(sim_message_sink_t& sink, sim_wire_event_t::kind_t kind, std::string head = {}) {
-  sim_wire_event_t event;
-  event.transport = sim_transport_t::vxi11;
-  event.kind = kind;
-  event.session = sink.session();
-  event.size = head.size();
-  event.head = head.substr(0, sim_wire_event_t::head_size);
-  event.time = std::chrono::steady_clock::now();
-  sink.record().add_event(std::move(event));
-}
-
 }  // namespace
 
 sim_vxi11_server_t::sim_vxi11_server_t(sim_wire_record_t& record, sim_vxi11_options_t options)
@@ -105,7 +94,7 @@ void sim_vxi11_server_t::_create_link(int socket, sim_xdr_reader_t& arguments,
   const int session = _record.next_session();
   link->sink = std::make_unique<sim_message_sink_t>(_record, sim_transport_t::vxi11, session,
                                                     _options.keeping);
-  record_event(*link->sink, sim_wire_event_t::CONNECT);
+  link->sink->record_event(sim_wire_event_t::CONNECT);
   {
     std::lock_guard<std::mutex> lock(_mutex);
     _links[static_cast<std::uint32_t>(session)] = std::move(link);
@@ -135,6 +124,7 @@ void sim_vxi11_server_t::_device_write(int socket, sim_xdr_reader_t& arguments,
   } else if (size > _options.max_receive_size) {
     error = PARAMETER_ERROR;
   } else {
+    ++_device_write_calls;
     link->sink->feed(data, size);
     if ((flags & flag_end) != 0) {
       link->sink->end_message();
@@ -178,7 +168,7 @@ void sim_vxi11_server_t::_device_read(int socket, sim_xdr_reader_t& arguments,
   } else if ((reason & reason_character) == 0) {
     reason |= reason_request_count;
   }
-  record_event(*link->sink, sim_wire_event_t::READ, piece);
+  link->sink->record_event(sim_wire_event_t::READ, piece);
   results.i32(NO_ERROR);
   results.u32(reason);
   results.opaque(piece.data(), piece.size());
@@ -193,7 +183,7 @@ void sim_vxi11_server_t::_destroy_link(int socket, sim_xdr_reader_t& arguments,
   link_t* link = _find(socket, link_id);
   if (link != nullptr) {
     link->sink->end_message();
-    record_event(*link->sink, sim_wire_event_t::CLOSE);
+    link->sink->record_event(sim_wire_event_t::CLOSE);
     _remove(link_id);
   }
   results.i32(link == nullptr ? INVALID_LINK : NO_ERROR);
@@ -215,7 +205,7 @@ void sim_vxi11_server_t::closed(int socket) {
   // A link left without destroy_link ends with its connection.
   for (auto& link : orphans) {
     link->sink->end_message();
-    record_event(*link->sink, sim_wire_event_t::CLOSE);
+    link->sink->record_event(sim_wire_event_t::CLOSE);
   }
 }
 

@@ -7,6 +7,7 @@
 // A read with no reply pending fails at once with an I/O timeout. Devices "inst0", "inst1", ...
 // are accepted; any other name is not accessible.
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -36,6 +37,9 @@ class sim_vxi11_server_t : public sim_rpc_server_t {
   sim_vxi11_server_t(sim_wire_record_t& record, sim_vxi11_options_t options);
   ~sim_vxi11_server_t() override;
 
+  // device_write calls accepted so far: the pieces messages arrived in.
+  int device_write_calls() const { return _device_write_calls; }
+
  protected:
   // See base class.
   accept_status_t call(int socket, std::uint32_t procedure, sim_xdr_reader_t& arguments,
@@ -60,6 +64,7 @@ class sim_vxi11_server_t : public sim_rpc_server_t {
 
   sim_wire_record_t& _record;
   const sim_vxi11_options_t _options;
+  std::atomic<int> _device_write_calls{0};
   std::mutex _mutex;
   std::map<std::uint32_t, std::unique_ptr<link_t>> _links;
 };

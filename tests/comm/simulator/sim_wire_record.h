@@ -34,6 +34,8 @@ struct sim_wire_event_t {
   // When the event began on the wire: the connection accepted, a write's first byte received,
   // a reply sent.
   std::chrono::steady_clock::time_point time;
+  // When a write's last byte was received; the same as `time` for other events.
+  std::chrono::steady_clock::time_point last_byte_time;
 
   static constexpr std::size_t head_size = 32;
 };
