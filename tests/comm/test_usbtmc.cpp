@@ -30,6 +30,8 @@ class Usbtmc : public ::testing::Test {
   const fs::path root =
       fs::temp_directory_path() / ("wavelume_usbtmc_" + std::to_string(::getpid()));
   int instrument = -1;
+  // Held open so that the instrument end never sees the terminal hang up between users.
+  int terminal_side = -1;
 
   void SetUp() override {
     const fs::path device = root / "sys/devices/usb1/1-1";
@@ -48,11 +50,10 @@ class Usbtmc : public ::testing::Test {
     ASSERT_EQ(::unlockpt(instrument), 0);
     const std::string terminal = ::ptsname(instrument);
     termios mode{};
-    const int side = ::open(terminal.c_str(), O_RDWR | O_NOCTTY);
-    ::tcgetattr(side, &mode);
+    terminal_side = ::open(terminal.c_str(), O_RDWR | O_NOCTTY);
+    ::tcgetattr(terminal_side, &mode);
     ::cfmakeraw(&mode);
-    ::tcsetattr(side, TCSANOW, &mode);
-    ::close(side);
+    ::tcsetattr(terminal_side, TCSANOW, &mode);
     fs::create_directories(root / "dev");
     fs::create_symlink(terminal, root / "dev/usbtmc0");
     ::setenv("WAVELUME_USBTMC_SYSFS_ROOT", (root / "sys").c_str(), 1);
@@ -61,6 +62,7 @@ class Usbtmc : public ::testing::Test {
   void TearDown() override {
     ::unsetenv("WAVELUME_USBTMC_SYSFS_ROOT");
     ::unsetenv("WAVELUME_USBTMC_DEV_ROOT");
+    ::close(terminal_side);
     ::close(instrument);
     fs::remove_all(root);
   }
