@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -56,6 +58,8 @@ class Hislip : public ::testing::Test {
   std::mutex mutex;
   std::vector<message_t> data_messages;
   std::string sub_address;
+  std::condition_variable sync_closed;
+  bool sync_done = false;
 
   // The first connection is the synchronous channel, the second the asynchronous one.
   tiny_server_t server{[this](int client) {
@@ -91,6 +95,9 @@ class Hislip : public ::testing::Test {
         command.clear();
       }
     }
+    std::lock_guard<std::mutex> lock(mutex);
+    sync_done = true;
+    sync_closed.notify_all();
   }
 
   void serve_async(int client) {
@@ -118,7 +125,9 @@ TEST_F(Hislip, MessagesAreCutToTheNegotiatedSizeAndRepliesGatheredToDataEnd) {
   EXPECT_EQ(resource.write_block(QByteArray(150, 'w')), 150u);
   resource.close();
 
-  std::lock_guard<std::mutex> lock(mutex);
+  // The server has read everything once it sees the channel close.
+  std::unique_lock<std::mutex> lock(mutex);
+  ASSERT_TRUE(sync_closed.wait_for(lock, std::chrono::seconds(5), [this]() { return sync_done; }));
   EXPECT_EQ(sub_address, "hislip0");
   // "*IDN?" without a line feed: HiSLIP marks the end with DataEnd, not with a character.
   ASSERT_EQ(data_messages.size(), 4u);
