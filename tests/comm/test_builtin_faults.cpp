@@ -1,0 +1,96 @@
+#include <gtest/gtest.h>
+#include <poll.h>
+
+#include <chrono>
+#include <memory>
+
+#include "comm/comm_visa_builtin.h"
+#include "comm/visa_resource.h"
+#include "comm/visa_resource_manager.h"
+#include "tests/comm/test_tiny_server.h"
+
+namespace {
+
+using nal::visa_resource_manager_t;
+using nal::visa_resource_t;
+using test_comm::tiny_server_t;
+
+QString socket_name(std::uint16_t port) {
+  return QStringLiteral("TCPIP0::127.0.0.1::%1::SOCKET").arg(port);
+}
+
+double seconds_since(std::chrono::steady_clock::time_point start) {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+class BuiltinFaults : public ::testing::Test {
+ protected:
+  visa_resource_manager_t manager{std::make_shared<nal::comm_visa_builtin_t>()};
+};
+
+TEST_F(BuiltinFaults, SocketReplyLongerThanOnePieceArrivesWhole) {
+  const std::string reply = std::string(600, 'x') + "\n";
+  std::string command;
+  {
+    tiny_server_t server([&](int client) {
+      command = tiny_server_t::read_line(client);
+      tiny_server_t::write_all(client, reply);
+      tiny_server_t::read_line(client);  // held open until the client closes
+    });
+    visa_resource_t resource(&manager, socket_name(server.port()));
+    ASSERT_TRUE(resource.open(0, 2000));
+    EXPECT_EQ(resource.get_idn().size(), 600);
+  }
+  // The line feed stands for END on a raw socket.
+  EXPECT_EQ(command, "*IDN?\n");
+}
+
+TEST_F(BuiltinFaults, SilentInstrumentEndsWithinTheTimeout) {
+  tiny_server_t server([](int client) {
+    pollfd entry{client, POLLRDHUP, 0};
+    ::poll(&entry, 1, 10000);
+  });
+  visa_resource_t resource(&manager, socket_name(server.port()));
+  const auto start = std::chrono::steady_clock::now();
+  ASSERT_TRUE(resource.open(0, 2000));
+  EXPECT_TRUE(resource.get_idn().isEmpty());
+  EXPECT_EQ(resource.set_attribute(nal::VI_ATTR_TMO_VALUE, 200), nal::VI_SUCCESS);
+  EXPECT_FALSE(resource.refresh_idn());
+  EXPECT_LT(seconds_since(start), 3.5);
+  EXPECT_GT(seconds_since(start), 2.1);
+}
+
+TEST_F(BuiltinFaults, ConnectionDroppedInTheMiddleOfABlock) {
+  tiny_server_t server([](int client) {
+    tiny_server_t::read_line(client);
+    tiny_server_t::write_all(client, "Acme,SG1,7,1.0\n");
+    char sink[65536];
+    tiny_server_t::read_exact(client, sink, sizeof sink);
+  });
+  visa_resource_t resource(&manager, socket_name(server.port()));
+  ASSERT_TRUE(resource.open(0, 2000));
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(resource.write_block(QByteArray(64 << 20, '\x55')), 0u);
+  EXPECT_LT(seconds_since(start), 2.5);
+  EXPECT_EQ(resource.write_command("*IDN?"), 0u);
+}
+
+TEST_F(BuiltinFaults, RefusedConnectionAndUnparsableNamesFailAtOnce) {
+  std::uint16_t closed_port = 0;
+  {
+    tiny_server_t server([](int) {});
+    closed_port = server.port();
+  }
+  const auto start = std::chrono::steady_clock::now();
+  visa_resource_t refused(&manager, socket_name(closed_port));
+  EXPECT_FALSE(refused.open(0, 2000));
+  EXPECT_LT(seconds_since(start), 1.0);
+
+  visa_resource_t unparsable(&manager, "TCPIP0::300.1.1.1::inst0::INSTR");
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(unparsable.open(0, 2000));
+  EXPECT_NE(testing::internal::GetCapturedStdout().find("comm_visa_builtin_t::open Report: "),
+            std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,105 @@
+#pragma once
+// A VISA double that records every call as one line of text and answers reads from a script,
+// so that tests can check the wire sequence of the device list and the read rules.
+
+#include <deque>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "comm/comm_visa_api.h"
+
+namespace test_comm {
+
+using namespace nal;
+
+class recording_visa_t : public comm_visa_api_t {
+ public:
+  struct read_step_t {
+    comm_vi_status_t status;
+    std::string bytes;
+  };
+
+  std::vector<std::string> calls;
+  // Resources that viOpen accepts; the value is the *IDN? reply, empty for a silent one.
+  std::map<std::string, std::string> instruments;
+  // Scripted reads; when empty, a read answers with the identification of the session.
+  std::deque<read_step_t> reads;
+  std::vector<std::string> found;
+  comm_vi_status_t write_status = VI_SUCCESS;
+
+  comm_vi_status_t open_default_rm(comm_vi_session_t& rm) override {
+    calls.push_back("viOpenDefaultRM");
+    rm = 1;
+    return VI_SUCCESS;
+  }
+  comm_vi_status_t open(comm_vi_session_t, const char* name, std::uint32_t mode,
+                        std::uint32_t timeout, comm_vi_session_t& vi) override {
+    calls.push_back("viOpen " + std::string(name) + " " + std::to_string(mode) + " " +
+                    std::to_string(timeout));
+    if (instruments.count(name) == 0) {
+      return VI_ERROR_RSRC_NFOUND;
+    }
+    vi = ++_last_session;
+    _names[vi] = name;
+    return VI_SUCCESS;
+  }
+  comm_vi_status_t close(comm_vi_session_t object) override {
+    calls.push_back("viClose " + std::to_string(object));
+    return object == 0 ? VI_WARN_NULL_OBJECT : VI_SUCCESS;
+  }
+  comm_vi_status_t find_resources(comm_vi_session_t, const char* expression,
+                                  comm_vi_session_t& list, std::uint32_t& count,
+                                  char* description) override {
+    calls.push_back("viFindRsrc " + std::string(expression));
+    _next_found = 0;
+    count = static_cast<std::uint32_t>(found.size());
+    list = 99;
+    return count == 0 ? VI_ERROR_RSRC_NFOUND : find_next(list, description);
+  }
+  comm_vi_status_t find_next(comm_vi_session_t, char* description) override {
+    if (_next_found >= found.size()) {
+      return VI_ERROR_RSRC_NFOUND;
+    }
+    const std::string& name = found[_next_found++];
+    name.copy(description, name.size());
+    description[name.size()] = '\0';
+    return VI_SUCCESS;
+  }
+  comm_vi_status_t read(comm_vi_session_t vi, unsigned char* buffer, std::uint32_t count,
+                        std::uint32_t& read_count) override {
+    calls.push_back("viRead " + std::to_string(count));
+    read_step_t step{VI_ERROR_TMO, ""};
+    if (!reads.empty()) {
+      step = reads.front();
+      reads.pop_front();
+    } else if (!instruments[_names[vi]].empty()) {
+      step = {VI_SUCCESS, instruments[_names[vi]] + "\n"};
+    }
+    read_count =
+        static_cast<std::uint32_t>(step.bytes.copy(reinterpret_cast<char*>(buffer), count));
+    return step.status;
+  }
+  comm_vi_status_t write(comm_vi_session_t vi, const unsigned char* buffer, std::uint32_t count,
+                         std::uint32_t& written) override {
+    const std::string bytes(reinterpret_cast<const char*>(buffer), count);
+    calls.push_back(
+        "viWrite " + _names[vi] + " " +
+        (count > 40 ? bytes.substr(0, 40) + "...(" + std::to_string(count) + ")" : bytes));
+    written = write_status == VI_SUCCESS ? count : 0;
+    return write_status;
+  }
+  comm_vi_status_t set_attribute(comm_vi_session_t, std::uint32_t attribute,
+                                 comm_vi_attr_state_t value) override {
+    calls.push_back("viSetAttribute " + std::to_string(attribute) + " " + std::to_string(value));
+    return VI_SUCCESS;
+  }
+
+ private:
+  comm_vi_session_t _last_session = 100;
+  std::map<comm_vi_session_t, std::string> _names;
+  std::size_t _next_found = 0;
+};
+
+}  // namespace test_comm

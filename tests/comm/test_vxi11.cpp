@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "comm/comm_visa_builtin.h"
+#include "comm/visa_device_manager.h"
+#include "comm/visa_resource.h"
+#include "comm/visa_resource_manager.h"
+#include "tests/comm/test_tiny_server.h"
+
+namespace {
+
+using test_comm::tiny_server_t;
+
+// XDR words and opaques as the VXI-11 and RPC documents lay them out, written here from the
+// documents rather than from the product's encoder.
+void put(std::string& out, std::uint32_t word) {
+  for (int shift = 24; shift >= 0; shift -= 8) {
+    out += static_cast<char>(word >> shift);
+  }
+}
+std::uint32_t get(const std::string& in, std::size_t& at) {
+  std::uint32_t word = 0;
+  for (int i = 0; i < 4; ++i) {
+    word = word << 8 | static_cast<unsigned char>(in.at(at++));
+  }
+  return word;
+}
+
+// One RPC record, any number of fragments; empty when the peer closed.
+std::string read_record(int client) {
+  std::string record;
+  for (;;) {
+    unsigned char mark[4];
+    if (!tiny_server_t::read_exact(client, mark, 4)) {
+      return {};
+    }
+    const std::uint32_t length = (mark[0] & 0x7Fu) << 24 | mark[1] << 16 | mark[2] << 8 | mark[3];
+    std::string fragment(length, '\0');
+    if (!tiny_server_t::read_exact(client, fragment.data(), length)) {
+      return {};
+    }
+    record += fragment;
+    if ((mark[0] & 0x80u) != 0) {
+      return record;
+    }
+  }
+}
+
+// An accepted reply to `xid` carrying `results`, cut into fragments of seven bytes.
+void send_reply(int client, std::uint32_t xid, const std::string& results) {
+  std::string body;
+  for (const std::uint32_t word : {xid, 1u, 0u, 0u, 0u, 0u}) {
+    put(body, word);
+  }
+  body += results;
+  std::string wire;
+  for (std::size_t at = 0; at < body.size(); at += 7) {
+    const std::size_t size = std::min<std::size_t>(7, body.size() - at);
+    put(wire, static_cast<std::uint32_t>(size) | (at + size == body.size() ? 0x80000000u : 0u));
+    wire += body.substr(at, size);
+  }
+  tiny_server_t::write_all(client, wire);
+}
+
+struct device_write_t {
+  std::string data;
+  std::uint32_t flags;
+};
+
+class Vxi11 : public ::testing::Test {
+ protected:
+  static constexpr std::uint32_t announced_max_receive = 100;
+  std::atomic<bool> silent{false};
+  std::mutex mutex;
+  std::vector<device_write_t> writes;
+
+  tiny_server_t core{[this](int client) { serve_core(client); }};
+  tiny_server_t portmapper{[this](int client) {
+    const std::string call = read_record(client);
+    std::size_t at = 0;
+    std::string port;
+    put(port, core.port());
+    send_reply(client, get(call, at), port);
+  }};
+
+  void SetUp() override {
+    ::setenv("WAVELUME_VXI11_PORTMAPPER_PORT", std::to_string(portmapper.port()).c_str(), 1);
+  }
+  void TearDown() override { ::unsetenv("WAVELUME_VXI11_PORTMAPPER_PORT"); }
+
+  void serve_core(int client) {
+    std::string pending_reply;
+    for (std::string call = read_record(client); !call.empty(); call = read_record(client)) {
+      std::size_t at = 0;
+      const std::uint32_t xid = get(call, at);
+      at += 16;  // type, RPC version, program, version
+      const std::uint32_t procedure = get(call, at);
+      at += 16;  // two empty authenticators
+      std::string results;
+      put(results, 0);  // no device error
+      if (procedure == 10) {
+        for (const std::uint32_t word : {5u, 0u, announced_max_receive}) {
+          put(results, word);
+        }
+      } else if (procedure == 11) {
+        at += 12;  // link, io timeout, lock timeout
+        const std::uint32_t flags = get(call, at);
+        const std::uint32_t size = get(call, at);
+        const std::string data = call.substr(at, size);
+        {
+          std::lock_guard<std::mutex> lock(mutex);
+          writes.push_back({data, flags});
+        }
+        if (data == "*IDN?") {
+          pending_reply = "Acme,VXI11,3,1.0\n";
+        }
+        put(results, size);
+      } else if (procedure == 12) {
+        if (silent) {
+          continue;
+        }
+        put(results, 4);  // END
+        put(results, static_cast<std::uint32_t>(pending_reply.size()));
+        results += pending_reply + std::string((4 - pending_reply.size() % 4) % 4, '\0');
+        pending_reply.clear();
+      }
+      send_reply(client, xid, results);
+    }
+  }
+};
+
+TEST_F(Vxi11, BlockIsCutByTheAnnouncedSizeWithEndOnTheLastPieceOnly) {
+  nal::visa_resource_manager_t manager(std::make_shared<nal::comm_visa_builtin_t>());
+  nal::visa_resource_t resource(&manager, "TCPIP0::127.0.0.1::inst0::INSTR");
+  ASSERT_TRUE(resource.open(0, 2000));
+  EXPECT_EQ(resource.get_idn(), "Acme,VXI11,3,1.0");
+
+  QByteArray block(1030, '\0');
+  for (int i = 0; i < block.size(); ++i) {
+    block[i] = static_cast<char>(i * 7);
+  }
+  EXPECT_EQ(resource.write_block(block), 1030u);
+
+  std::lock_guard<std::mutex> lock(mutex);
+  ASSERT_EQ(writes.size(), 12u);
+  EXPECT_EQ(writes[0].data, "*IDN?");
+  EXPECT_EQ(writes[0].flags, 8u);
+  std::string joined;
+  for (std::size_t i = 1; i < writes.size(); ++i) {
+    EXPECT_EQ(writes[i].data.size(), i < 11 ? 100u : 30u) << i;
+    EXPECT_EQ(writes[i].flags, i < 11 ? 0u : 8u) << i;
+    joined += writes[i].data;
+  }
+  EXPECT_EQ(joined, block.toStdString());
+}
+
+TEST_F(Vxi11, InstrumentThatNeverAnswersIsReopenedOnceThenRefused) {
+  silent = true;
+  nal::visa_device_manager_t devices(std::make_shared<nal::comm_visa_builtin_t>());
+  devices.add_tcpip_resource("127.0.0.1");
+  const auto start = std::chrono::steady_clock::now();
+  ASSERT_TRUE(devices.connect_resource("TCPIP0::127.0.0.1::inst0::INSTR"));
+  EXPECT_TRUE(devices.get_resource_info("TCPIP0::127.0.0.1::inst0::INSTR").idn.isEmpty());
+  EXPECT_FALSE(devices.send_to_current("abc", 3, QByteArray()));
+  const double seconds =
+      std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  EXPECT_LT(seconds, 8.0);
+
+  std::lock_guard<std::mutex> lock(mutex);
+  for (const device_write_t& write : writes) {
+    EXPECT_EQ(write.data, "*IDN?");
+  }
+  EXPECT_EQ(writes.size(), 3u);  // connect, check, check after the one reopen
+}
+
+}  // namespace
