@@ -103,4 +103,12 @@ std::string cfg_background_md5_t::hex_digest(const void* data, std::size_t size)
   return final_hex(context.get());
 }
 
+std::string cfg_background_md5_t::hex_digest(const std::string& first, const std::string& second) {
+  md_context_t context(EVP_MD_CTX_new(), &EVP_MD_CTX_free);
+  EVP_DigestInit_ex(context.get(), EVP_md5(), nullptr);
+  EVP_DigestUpdate(context.get(), first.data(), first.size());
+  EVP_DigestUpdate(context.get(), second.data(), second.size());
+  return final_hex(context.get());
+}
+
 }  // namespace nal

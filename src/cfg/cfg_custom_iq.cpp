@@ -94,10 +94,13 @@ bool cfg_custom_iq_t::save_wavefrom_to_file(const std::string& path) {
 
 bool cfg_custom_iq_t::download_wavefrom_to_instrument() {
   common_lib::lib_report("cfg_custom_iq_t::download_waveform_to_instrument");
-  common_lib::lib_report(
-      "cfg_custom_iq_t::download_wavefrom_to_instrument Report : No instrument link in this "
-      "build!");
-  return false;
+  const bool sent =
+      cfg_waveform_file_t::download_iq_waveform(file_header(), _engine->get_waveform_data());
+  if (!sent) {
+    common_lib::lib_report(
+        "cfg_custom_iq_t::download_wavefrom_to_instrument Report : Download Waveform Failed!");
+  }
+  return sent;
 }
 
 void cfg_custom_iq_t::preset() {

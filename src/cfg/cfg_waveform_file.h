@@ -40,6 +40,10 @@ class cfg_waveform_file_t {
   // file at `path` as it was.
   static bool save_iq_waveform_file(const std::string& header, const lib_iq_data_arr_t& samples,
                                     const std::string& path);
+  // Sends the sealed header and the samples as one block ("IQDA ", seal field, header, samples;
+  // no FileName step) to the connected instrument of the device list. False when none is
+  // connected, when it no longer answers, or when the block was not written whole.
+  static bool download_iq_waveform(const std::string& header, const lib_iq_data_arr_t& samples);
   // The block for an instrument: "IQDA " followed by the seal field, header and samples.
   static std::string build_instrument_block(const std::string& header,
                                             const lib_iq_data_arr_t& samples);

@@ -7,61 +7,16 @@
 #include <optional>
 #include <sstream>
 
-#include "cfg/cfg_protocol_factory.h"
 #include "cfg/cfg_protocol_type.h"
-#include "cfg/lib_xml_common.h"
 #include "cli/cli_output.h"
 #include "cli/cli_phase.h"
 #include "cli/cli_protocol_names.h"
 #include "cli/cli_source.h"
+#include "cli/cli_source_options.h"
 
 namespace wavelume::cli {
 
 namespace {
-
-struct generate_options_t {
-  std::string source;
-  std::optional<nal::uint64> tab;
-  std::vector<std::string> settings;
-  std::string output;
-  bool timing = false;
-};
-
-bool parse_generate(const std::vector<std::string>& arguments, generate_options_t& options,
-                    std::string& error) {
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::string& argument = arguments[i];
-    const bool has_value = i + 1 < arguments.size();
-    if ((argument == "--tab" || argument == "--set" || argument == "-o") && !has_value) {
-      error = argument + " needs a value";
-      return false;
-    }
-    if (argument == "--tab") {
-      const std::string& value = arguments[++i];
-      if (value.empty() || value.find_first_not_of("0123456789") != std::string::npos) {
-        error = "--tab needs a tab number from 0, got '" + value + "'";
-        return false;
-      }
-      options.tab = std::stoull(value);
-    } else if (argument == "--set") {
-      options.settings.push_back(arguments[++i]);
-    } else if (argument == "--timing") {
-      options.timing = true;
-    } else if (argument == "-o") {
-      options.output = arguments[++i];
-    } else if (options.source.empty() && argument.rfind("-", 0) != 0) {
-      options.source = argument;
-    } else {
-      error = "unexpected argument '" + argument + "'";
-      return false;
-    }
-  }
-  if (options.source.empty() || options.output.empty()) {
-    error = "usage: wavelume-cli generate SOURCE [--tab N] [--set PATH=VALUE]... [--timing] -o OUT";
-    return false;
-  }
-  return true;
-}
 
 constexpr double mebibyte = 1024.0 * 1024.0;
 
@@ -123,27 +78,18 @@ int run_defaults(const std::vector<std::string>& arguments, std::ostream& out,
 
 int run_generate(const std::vector<std::string>& arguments, std::ostream& out,
                  std::ostream& errors) {
-  generate_options_t options;
+  cli_source_options_t options;
   std::string error;
-  pugi::xml_document document;
-  pugi::xml_node node;
-  if (!parse_generate(arguments, options, error) ||
-      !load_source(options.source, options.tab, document, node, error)) {
-    errors << "wavelume-cli generate: " << error << "\n";
+  std::string protocol_text;
+  if (!parse_source_options(arguments, 1, true, options, error)) {
+    errors << "wavelume-cli generate: " << error
+           << "\nusage: wavelume-cli generate SOURCE [--tab N] [--set PATH=VALUE]... [--timing] -o "
+              "OUT\n";
     return 2;
   }
-  for (const std::string& setting : options.settings) {
-    if (!apply_setting(node, setting, error)) {
-      errors << "wavelume-cli generate: " << error << "\n";
-      return 2;
-    }
-  }
-  const std::string protocol_text = node.attribute("ProtocolType").value();
-  const auto type =
-      nal::lib_xml_common_t::get_enum_value(nal::protocol_type_state_text_map(), protocol_text);
-  auto configuration = nal::cfg_protocol_factory_t::create_protocol_config(type);
-  if (!configuration || !configuration->load_from_xml(node)) {
-    errors << "wavelume-cli generate: cannot compute the protocol '" << protocol_text << "'\n";
+  auto configuration = load_configuration(options.positional[0], options, protocol_text, error);
+  if (!configuration) {
+    errors << "wavelume-cli generate: " << error << "\n";
     return 2;
   }
   // Live progress only where a person watches; the tests pass string streams.

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/cli_download.h"
 #include "cli/cli_generate.h"
 #include "cli/cli_info.h"
 #include "cli/cli_selfcheck.h"
@@ -24,6 +25,11 @@ constexpr const char* usage =
     "                          reports the time and peak memory of computing and writing\n"
     "  info FILE.ARB [--json]  header fields, samples, duration, rms, peak, PAPR and seal of a\n"
     "                          waveform file\n"
+    "  instruments [--add ADDRESS]...\n"
+    "                          list the instruments found and added, with their identification\n"
+    "  download RESOURCE SOURCE [--tab N] [--set PATH=VALUE]...\n"
+    "                          send a waveform (computed from SOURCE as for generate, or an\n"
+    "                          .ARB file as it is) to an instrument; exit 3 when it fails\n"
     "  selfcheck               check the signal library on this machine and measure its speed\n"
     "  help                    show this text\n";
 
@@ -46,6 +52,12 @@ int main(int argc, char** argv) {
   }
   if (command == "info" && (argc == 3 || (argc == 4 && std::string(argv[3]) == "--json"))) {
     return wavelume::cli::run_info(argv[2], argc == 4, std::cout, std::cerr);
+  }
+  if (command == "instruments") {
+    return wavelume::cli::run_instruments(rest, std::cout, std::cerr);
+  }
+  if (command == "download") {
+    return wavelume::cli::run_download(rest, std::cout, std::cerr);
   }
   if (command == "help" || command == "--help" || command == "-h") {
     std::cout << usage;

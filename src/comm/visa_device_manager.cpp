@@ -40,9 +40,12 @@ void visa_device_manager_t::update_resource_list() {
 }
 
 void visa_device_manager_t::add_tcpip_resource(const QString& ip) {
-  const QString name = ip == QLatin1String("localhost")
-                           ? QStringLiteral("LOCALHOST")
-                           : QStringLiteral("TCPIP0::") + ip + QStringLiteral("::inst0::INSTR");
+  add_resource(ip == QLatin1String("localhost")
+                   ? QStringLiteral("LOCALHOST")
+                   : QStringLiteral("TCPIP0::") + ip + QStringLiteral("::inst0::INSTR"));
+}
+
+void visa_device_manager_t::add_resource(const QString& name) {
   if (_added_resources.contains(name)) {
     return;
   }
