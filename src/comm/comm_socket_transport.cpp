@@ -18,6 +18,10 @@ comm_vi_status_t comm_socket_transport_t::open(const std::string& host, std::uin
 
 comm_vi_status_t comm_socket_transport_t::write(const unsigned char* data, std::size_t size,
                                                 std::uint32_t timeout_ms) {
+  // After a command went out in part, the next one would run into its rest.
+  if (!_connection.in_sync()) {
+    return VI_ERROR_CONN_LOST;
+  }
   static char line_feed = '\n';
   const bool terminated = size > 0 && data[size - 1] == '\n';
   const iovec pieces[2] = {{const_cast<unsigned char*>(data), size}, {&line_feed, 1}};
