@@ -1,7 +1,6 @@
 #include "comm/comm_tcp_connection.h"
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>

@@ -2,6 +2,7 @@
 
 #include <QRegularExpression>
 #include <QString>
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <string>

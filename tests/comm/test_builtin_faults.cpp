@@ -84,6 +84,9 @@ TEST_F(BuiltinFaults, RefusedConnectionAndUnparsableNamesFailAtOnce) {
   const auto start = std::chrono::steady_clock::now();
   visa_resource_t refused(&manager, socket_name(closed_port));
   EXPECT_FALSE(refused.open(0, 2000));
+  // A host name goes through the resolver first.
+  visa_resource_t named(&manager, QStringLiteral("TCPIP0::localhost::%1::SOCKET").arg(closed_port));
+  EXPECT_FALSE(named.open(0, 2000));
   EXPECT_LT(seconds_since(start), 1.0);
 
   visa_resource_t unparsable(&manager, "TCPIP0::300.1.1.1::inst0::INSTR");
