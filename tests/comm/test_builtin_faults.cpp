@@ -45,6 +45,23 @@ TEST_F(BuiltinFaults, SocketReplyLongerThanOnePieceArrivesWhole) {
   EXPECT_EQ(command, "*IDN?\n");
 }
 
+TEST_F(BuiltinFaults, ReplyWithoutEndIsDroppedAtItsLimit) {
+  tiny_server_t server([](int client) {
+    tiny_server_t::read_line(client);
+    const std::string chunk(1 << 16, 'x');
+    for (int i = 0; i < 40; ++i) {
+      tiny_server_t::write_all(client, chunk);
+    }
+    tiny_server_t::read_line(client);
+  });
+  visa_resource_t resource(&manager, socket_name(server.port()));
+  testing::internal::CaptureStdout();
+  ASSERT_TRUE(resource.open(0, 2000));
+  EXPECT_TRUE(resource.get_idn().isEmpty());
+  EXPECT_NE(testing::internal::GetCapturedStdout().find("visa_resource_t::read_reply Report: "),
+            std::string::npos);
+}
+
 TEST_F(BuiltinFaults, SilentInstrumentEndsWithinTheTimeout) {
   tiny_server_t server([](int client) {
     pollfd entry{client, POLLRDHUP, 0};
