@@ -13,7 +13,9 @@
 #include <QByteArray>
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -91,23 +93,17 @@ double milliseconds(steady_clock::duration span) {
   return std::chrono::duration<double, std::milli>(span).count();
 }
 
-void download(benchmark::State& state, sim_transport_t transport) {
-  bench_setup_t& s = setup();
-  const QString name = QString::fromStdString(s.resource(transport));
+// Runs `send_block` once per iteration, each time from the call to the block's last byte at the
+// instrument, and reports bytes per second, first_byte_ms and wire_ms.
+void measure(benchmark::State& state, const std::function<bool()>& send_block) {
   double first_byte_ms = 0.0;
   double wire_ms = 0.0;
   for (auto _ : state) {
-    const std::size_t blocks_before = s.instrument.record().blocks().size();
-    bool sent = false;
-    const auto connection =
-        QObject::connect(s.deal.get(), &nal::comm_deal_t::sig_download_data_to_inst_callback,
-                         [&sent](const QString&, bool successed) { sent = successed; });
+    const std::size_t blocks_before = setup().instrument.record().blocks().size();
     const auto pressed = steady_clock::now();
-    s.deal->download_waveform_data_to_inst(name, s.waveform);
-    QObject::disconnect(connection);
     wavelume_test::sim_wire_event_t write;
-    if (!sent || !received_block(blocks_before, write)) {
-      state.SkipWithError("the download failed");
+    if (!send_block() || !received_block(blocks_before, write)) {
+      state.SkipWithError("the block did not arrive");
       return;
     }
     state.SetIterationTime(std::chrono::duration<double>(write.last_byte_time - pressed).count());
@@ -117,19 +113,28 @@ void download(benchmark::State& state, sim_transport_t transport) {
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * waveform_size));
   state.counters["first_byte_ms"] =
       benchmark::Counter(first_byte_ms, benchmark::Counter::kAvgIterations);
-  // From the block's first byte to its last: the rate on the wire, without the preparation.
   state.counters["wire_ms"] = benchmark::Counter(wire_ms, benchmark::Counter::kAvgIterations);
+}
+
+void download(benchmark::State& state, sim_transport_t transport) {
+  bench_setup_t& s = setup();
+  const QString name = QString::fromStdString(s.resource(transport));
+  measure(state, [&s, &name] {
+    bool sent = false;
+    const auto connection =
+        QObject::connect(s.deal.get(), &nal::comm_deal_t::sig_download_data_to_inst_callback,
+                         [&sent](const QString&, bool successed) { sent = successed; });
+    s.deal->download_waveform_data_to_inst(name, s.waveform);
+    QObject::disconnect(connection);
+    return sent;
+  });
 }
 
 // The reference: the same block through one blocking send() loop on a fresh loopback connection.
 void plain_send_loop(benchmark::State& state) {
   bench_setup_t& s = setup();
-  QByteArray block = QByteArray("IQDA ", 5) + s.waveform;
-  double first_byte_ms = 0.0;
-  double wire_ms = 0.0;
-  for (auto _ : state) {
-    const std::size_t blocks_before = s.instrument.record().blocks().size();
-    const auto pressed = steady_clock::now();
+  const QByteArray block = QByteArray("IQDA ", 5) + s.waveform;
+  measure(state, [&s, &block] {
     const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -143,19 +148,8 @@ void plain_send_loop(benchmark::State& state) {
       offset += sent ? static_cast<int>(count) : 0;
     }
     ::close(socket);
-    wavelume_test::sim_wire_event_t write;
-    if (!sent || !received_block(blocks_before, write)) {
-      state.SkipWithError("the plain send failed");
-      return;
-    }
-    state.SetIterationTime(std::chrono::duration<double>(write.last_byte_time - pressed).count());
-    first_byte_ms += milliseconds(write.time - pressed);
-    wire_ms += milliseconds(write.last_byte_time - write.time);
-  }
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * waveform_size));
-  state.counters["first_byte_ms"] =
-      benchmark::Counter(first_byte_ms, benchmark::Counter::kAvgIterations);
-  state.counters["wire_ms"] = benchmark::Counter(wire_ms, benchmark::Counter::kAvgIterations);
+    return sent;
+  });
 }
 
 }  // namespace
