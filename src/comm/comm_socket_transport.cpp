@@ -22,10 +22,8 @@ comm_vi_status_t comm_socket_transport_t::write(const unsigned char* data, std::
   if (!_connection.in_sync()) {
     return VI_ERROR_CONN_LOST;
   }
-  static char line_feed = '\n';
-  const bool terminated = size > 0 && data[size - 1] == '\n';
-  const iovec pieces[2] = {{const_cast<unsigned char*>(data), size}, {&line_feed, 1}};
-  return _connection.send_all(pieces, terminated ? 1 : 2, timeout_ms);
+  const iovec piece = {const_cast<unsigned char*>(data), size};
+  return _connection.send_all(&piece, 1, timeout_ms);
 }
 
 comm_vi_status_t comm_socket_transport_t::read(unsigned char* buffer, std::size_t size,
