@@ -290,4 +290,18 @@ TEST(SimulatorLinkConcurrencyDevices, TwoTickedDevicesAreServedOneAfterTheOther)
   EXPECT_LE(first_events.back().time, second_events.front().time);
 }
 
+// An instrument switched off after it was connected: the download reports failure, within the
+// session timeout, instead of hanging or ending the process.
+TEST(SimulatorLinkConcurrencyDevices, InstrumentGoneBeforeDownloadReportsFailure) {
+  for (const sim_transport_t transport : {sim_transport_t::raw_socket, sim_transport_t::hislip}) {
+    linked_instrument_t link{sim_instrument_options_t{}};
+    ASSERT_TRUE(link.started);
+    ASSERT_TRUE(link.deal->connect_resource(QString::fromStdString(link.resource(transport))));
+    link.instrument.stop();
+    EXPECT_FALSE(link.download(transport, waveform_bytes(1u << 20, 4)))
+        << wavelume_test::sim_transport_name(transport);
+    EXPECT_TRUE(link.instrument.record().blocks().empty());
+  }
+}
+
 }  // namespace
