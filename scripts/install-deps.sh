@@ -11,7 +11,7 @@ packages=(
   xvfb xauth
   clang libomp-dev
   python3-numpy python3-scipy
-  libtirpc-dev rpcbind python3-pyvisa python3-pyvisa-py
+  rpcbind iproute2 util-linux python3-pyvisa python3-pyvisa-py
   fonts-dejavu-core desktop-file-utils shared-mime-info
 )
 

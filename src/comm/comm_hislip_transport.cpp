@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "lib/lib_report.h"
-
 namespace nal {
 
 namespace {
@@ -71,8 +69,6 @@ comm_vi_status_t comm_hislip_transport_t::_initialize(const std::string& host, s
     status = _receive_reply(_sync, INITIALIZE_RESPONSE, header, timeout_ms);
   }
   if (status != VI_SUCCESS) {
-    common_lib::lib_report("comm_hislip_transport_t::open Report: " + host + " did not accept " +
-                           sub_address);
     return status == VI_ERROR_TMO ? status : VI_ERROR_RSRC_NFOUND;
   }
   const std::uint32_t session_id = header.parameter & 0xFFFFu;
@@ -101,9 +97,8 @@ comm_vi_status_t comm_hislip_transport_t::_initialize(const std::string& host, s
     return status;
   }
   const std::uint64_t server_max = get_big_endian(size_payload, 8);
+  // A server whose messages have no room for data could never be written to.
   if (server_max <= header_size) {
-    common_lib::lib_report("comm_hislip_transport_t::open Report: " + host +
-                           " announced no room for data in a message");
     return VI_ERROR_IO;
   }
   _max_payload = server_max - header_size;
@@ -112,6 +107,9 @@ comm_vi_status_t comm_hislip_transport_t::_initialize(const std::string& host, s
 
 comm_vi_status_t comm_hislip_transport_t::write(const unsigned char* data, std::size_t size,
                                                 std::uint32_t timeout_ms) {
+  if (_broken || !_sync.in_sync()) {
+    return VI_ERROR_CONN_LOST;
+  }
   std::size_t sent = 0;
   do {
     const std::size_t piece =
@@ -134,13 +132,15 @@ comm_vi_status_t comm_hislip_transport_t::write(const unsigned char* data, std::
 comm_vi_status_t comm_hislip_transport_t::read(unsigned char* buffer, std::size_t size,
                                                std::size_t& received, std::uint32_t timeout_ms) {
   received = 0;
+  if (_broken || !_sync.in_sync()) {
+    return VI_ERROR_CONN_LOST;
+  }
   for (;;) {
     if (_payload_left > 0 && !_message_wanted) {
       const comm_vi_status_t status = _discard(_sync, _payload_left, timeout_ms);
       if (status != VI_SUCCESS) {
         return status;
       }
-      _payload_left = 0;
     }
     if (_payload_left > 0) {
       if (received == size) {
@@ -179,6 +179,7 @@ comm_vi_status_t comm_hislip_transport_t::read(unsigned char* buffer, std::size_
     }
     status = _discard(_sync, header.payload_size, timeout_ms);
     if (status != VI_SUCCESS) {
+      _broken = true;
       return status;
     }
     if (header.type == ERROR_MESSAGE || header.type == FATAL_ERROR) {
@@ -234,7 +235,7 @@ comm_vi_status_t comm_hislip_transport_t::_receive_reply(comm_tcp_connection_t& 
 }
 
 comm_vi_status_t comm_hislip_transport_t::_discard(comm_tcp_connection_t& channel,
-                                                   std::uint64_t size, std::uint32_t timeout_ms) {
+                                                   std::uint64_t& size, std::uint32_t timeout_ms) {
   std::vector<unsigned char> sink(
       static_cast<std::size_t>(std::min<std::uint64_t>(size, 1u << 16)));
   while (size > 0) {

@@ -45,7 +45,8 @@ class comm_hislip_transport_t : public comm_transport_t {
   // Receives the header of a reply of type `expected`; any other type is refused.
   static comm_vi_status_t _receive_reply(comm_tcp_connection_t& channel, unsigned expected,
                                          header_t& header, std::uint32_t timeout_ms);
-  static comm_vi_status_t _discard(comm_tcp_connection_t& channel, std::uint64_t size,
+  // Reads and drops `size` bytes, counting `size` down as they go.
+  static comm_vi_status_t _discard(comm_tcp_connection_t& channel, std::uint64_t& size,
                                    std::uint32_t timeout_ms);
 
   comm_tcp_connection_t _sync;
@@ -61,6 +62,8 @@ class comm_hislip_transport_t : public comm_transport_t {
   std::uint64_t _payload_left = 0;
   bool _message_is_end = false;
   bool _message_wanted = false;
+  // Set when a message was left half read: later calls report the connection lost.
+  bool _broken = false;
 };
 
 }  // namespace nal

@@ -21,6 +21,9 @@ comm_vi_status_t comm_onc_rpc_client_t::call(std::uint32_t procedure,
                                              const unsigned char* tail, std::size_t tail_size,
                                              std::vector<unsigned char>& results,
                                              std::uint32_t timeout_ms) {
+  if (_broken || !_connection.in_sync()) {
+    return VI_ERROR_CONN_LOST;
+  }
   const std::uint32_t transaction_id = ++_transaction_id;
   comm_xdr_writer_t header;
   header.put_uint(0);  // record mark, filled in below
@@ -45,6 +48,7 @@ comm_vi_status_t comm_onc_rpc_client_t::call(std::uint32_t procedure,
                            {const_cast<unsigned char*>(zeros), pad}};
   comm_vi_status_t status = _connection.send_all(pieces, 3, timeout_ms);
   if (status != VI_SUCCESS) {
+    _broken = !_connection.in_sync();
     return status;
   }
   for (;;) {
@@ -79,10 +83,12 @@ comm_vi_status_t comm_onc_rpc_client_t::call(std::uint32_t procedure,
 
 comm_vi_status_t comm_onc_rpc_client_t::_receive_record(std::vector<unsigned char>& record,
                                                         std::uint32_t timeout_ms) {
-  for (;;) {
+  for (bool first_mark = true;; first_mark = false) {
     unsigned char mark_bytes[4];
     comm_vi_status_t status = _connection.receive_exact(mark_bytes, 4, timeout_ms);
     if (status != VI_SUCCESS) {
+      // Nothing of a reply read yet: a late reply is recognised by its id and skipped.
+      _broken = !first_mark || !_connection.in_sync();
       return status;
     }
     const std::uint32_t mark = static_cast<std::uint32_t>(mark_bytes[0]) << 24 |
@@ -90,12 +96,14 @@ comm_vi_status_t comm_onc_rpc_client_t::_receive_record(std::vector<unsigned cha
                                static_cast<std::uint32_t>(mark_bytes[2]) << 8 | mark_bytes[3];
     const std::size_t length = mark & ~last_fragment;
     if (record.size() + length > max_reply_bytes) {
+      _broken = true;
       return VI_ERROR_IO;
     }
     const std::size_t old_size = record.size();
     record.resize(old_size + length);
     status = _connection.receive_exact(record.data() + old_size, length, timeout_ms);
     if (status != VI_SUCCESS) {
+      _broken = true;
       return status;
     }
     if ((mark & last_fragment) != 0) {

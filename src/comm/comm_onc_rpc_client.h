@@ -29,7 +29,8 @@ class comm_onc_rpc_client_t {
   // Calls `procedure` with `arguments` followed by the `tail_size` bytes at `tail` and the
   // padding that completes them to XDR words (the body of a trailing opaque whose length word
   // ends `arguments`). On success `results` holds the procedure's results. VI_ERROR_IO for a
-  // call the server refused or a reply that is no RPC reply.
+  // call the server refused or a reply that is no RPC reply; VI_ERROR_CONN_LOST for every call
+  // after one that stopped in the middle of a record.
   comm_vi_status_t call(std::uint32_t procedure, const comm_xdr_writer_t& arguments,
                         const unsigned char* tail, std::size_t tail_size,
                         std::vector<unsigned char>& results, std::uint32_t timeout_ms);
@@ -40,6 +41,8 @@ class comm_onc_rpc_client_t {
   std::uint32_t _program;
   std::uint32_t _version;
   std::uint32_t _transaction_id = 0x57a1u;
+  // Set when a call failed part way through a record: later calls report the connection lost.
+  bool _broken = false;
   comm_tcp_connection_t _connection;
 };
 

@@ -18,10 +18,12 @@ comm_vi_status_t comm_socket_transport_t::open(const std::string& host, std::uin
 
 comm_vi_status_t comm_socket_transport_t::write(const unsigned char* data, std::size_t size,
                                                 std::uint32_t timeout_ms) {
-  static char line_feed = '\n';
-  const bool terminated = size > 0 && data[size - 1] == '\n';
-  const iovec pieces[2] = {{const_cast<unsigned char*>(data), size}, {&line_feed, 1}};
-  return _connection.send_all(pieces, terminated ? 1 : 2, timeout_ms);
+  // After a command went out in part, the next one would run into its rest.
+  if (!_connection.in_sync()) {
+    return VI_ERROR_CONN_LOST;
+  }
+  const iovec piece = {const_cast<unsigned char*>(data), size};
+  return _connection.send_all(&piece, 1, timeout_ms);
 }
 
 comm_vi_status_t comm_socket_transport_t::read(unsigned char* buffer, std::size_t size,

@@ -1,8 +1,7 @@
 #pragma once
-// Raw SCPI over TCP (TCPIP::host::port::SOCKET). The stream has no END indicator, so the line
-// feed plays its part in both directions: a read ends with plain success at the reply's line
-// feed, and a written message that does not end in one gets it appended, as an instrument
-// needs it to see the end of a command ("*IDN?").
+// Raw SCPI over TCP (TCPIP::host::port::SOCKET). The stream has no END indicator: bytes are
+// written exactly as given, nothing appended, and a read ends with plain success at the reply's
+// line feed.
 
 #include <memory>
 #include <string>

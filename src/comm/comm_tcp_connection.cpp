@@ -1,7 +1,6 @@
 #include "comm/comm_tcp_connection.h"
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -121,6 +120,7 @@ comm_vi_status_t comm_tcp_connection_t::send_all(const iovec* pieces, int piece_
   }
   std::copy(pieces, pieces + piece_count, rest);
   int first = 0;
+  std::size_t total_sent = 0;
   while (first < piece_count) {
     msghdr message{};
     message.msg_iov = rest + first;
@@ -131,15 +131,18 @@ comm_vi_status_t comm_tcp_connection_t::send_all(const iovec* pieces, int piece_
         continue;
       }
       if (errno != EAGAIN && errno != EWOULDBLOCK) {
+        _in_sync = false;
         return VI_ERROR_CONN_LOST;
       }
       const comm_vi_status_t ready = _wait(POLLOUT, timeout_ms);
       if (ready != VI_SUCCESS) {
+        _in_sync = _in_sync && total_sent == 0;
         return ready;
       }
       continue;
     }
     std::size_t taken = static_cast<std::size_t>(sent);
+    total_sent += taken;
     while (first < piece_count && taken >= rest[first].iov_len) {
       taken -= rest[first].iov_len;
       ++first;
@@ -180,11 +183,13 @@ comm_vi_status_t comm_tcp_connection_t::receive_some(void* buffer, std::size_t s
 
 comm_vi_status_t comm_tcp_connection_t::receive_exact(void* buffer, std::size_t size,
                                                       std::uint32_t timeout_ms) {
-  char* at = static_cast<char*>(buffer);
+  char* const start = static_cast<char*>(buffer);
+  char* at = start;
   while (size > 0) {
     std::size_t received = 0;
     const comm_vi_status_t status = receive_some(at, size, received, timeout_ms);
     if (status != VI_SUCCESS) {
+      _in_sync = _in_sync && at == start;
       return status;
     }
     at += received;

@@ -32,12 +32,16 @@ class comm_tcp_connection_t {
                                 std::uint32_t timeout_ms);
   // Receives exactly `size` bytes.
   comm_vi_status_t receive_exact(void* buffer, std::size_t size, std::uint32_t timeout_ms);
+  // False once send_all or receive_exact failed part way: the byte stream no longer lines up
+  // with the protocol's messages, and only a new connection can help.
+  bool in_sync() const { return _in_sync; }
 
  private:
   // Waits for `events` on the socket; VI_SUCCESS when ready.
   comm_vi_status_t _wait(short events, std::uint32_t timeout_ms) const;
 
   int _socket = -1;
+  bool _in_sync = true;
 };
 
 }  // namespace nal

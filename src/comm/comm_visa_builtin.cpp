@@ -2,6 +2,7 @@
 
 #include <QRegularExpression>
 #include <QString>
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <string>
@@ -12,6 +13,7 @@
 #include "comm/comm_socket_transport.h"
 #include "comm/comm_usbtmc_devices.h"
 #include "comm/comm_usbtmc_transport.h"
+#include "comm/comm_visa_status.h"
 #include "comm/comm_vxi11_transport.h"
 #include "lib/lib_report.h"
 
@@ -127,6 +129,8 @@ comm_vi_status_t comm_visa_builtin_t::open(comm_vi_session_t rm, const char* nam
   const comm_vi_status_t status = open_transport(
       resource, timeout_ms != 0 ? timeout_ms : comm_default_timeout_ms, instrument->transport);
   if (status != VI_SUCCESS) {
+    common_lib::lib_report("comm_visa_builtin_t::open Report: '" + std::string(name) +
+                           "': " + comm_visa_status_t::text(status));
     return status;
   }
   vi = _add(std::move(instrument));

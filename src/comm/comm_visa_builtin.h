@@ -3,9 +3,9 @@
 // SOCKET, VXI-11 and HiSLIP resources over TCP, and USB resources through the usbtmc kernel
 // driver (see comm_resource_name_t for the strings). viFindRsrc lists the usbtmc devices; LAN
 // instruments are not discovered and are opened by name. An instrument session starts with a
-// timeout of comm_default_timeout_ms, which VI_ATTR_TMO_VALUE changes. The session table is
-// thread-safe; each session serialises its own I/O, and closing a session while another thread
-// uses it waits for nothing and frees it when that use ends.
+// timeout of comm_default_timeout_ms, which VI_ATTR_TMO_VALUE changes. Failed opens print one
+// report line with the reason. The session table is thread-safe and each session serialises
+// its own I/O; a session closed while another thread uses it is freed when that use ends.
 
 #include <map>
 #include <memory>

@@ -7,7 +7,6 @@
 #include <cstring>
 
 #include "comm/comm_xdr_reader.h"
-#include "lib/lib_report.h"
 
 namespace nal {
 
@@ -90,8 +89,6 @@ comm_vi_status_t comm_vxi11_transport_t::open(const std::string& host,
   std::uint32_t port = 0;
   comm_vi_status_t status = core_port(host, timeout_ms, port);
   if (status != VI_SUCCESS) {
-    common_lib::lib_report("comm_vxi11_transport_t::open Report: no VXI-11 core channel at " +
-                           host);
     return status;
   }
   std::unique_ptr<comm_vxi11_transport_t> link(new comm_vxi11_transport_t());
@@ -117,8 +114,6 @@ comm_vi_status_t comm_vxi11_transport_t::open(const std::string& host,
     return VI_ERROR_IO;
   }
   if (error != 0) {
-    common_lib::lib_report("comm_vxi11_transport_t::open Report: device " + device_name + " at " +
-                           host + " refused the link, error " + std::to_string(error));
     return VI_ERROR_RSRC_NFOUND;
   }
   if (link->_max_receive_size == 0) {

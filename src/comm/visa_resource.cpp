@@ -1,6 +1,7 @@
 #include "comm/visa_resource.h"
 
 #include <QDebug>
+#include <algorithm>
 #include <array>
 
 #include "comm/visa_resource_manager.h"

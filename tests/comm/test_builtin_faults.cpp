@@ -33,16 +33,33 @@ TEST_F(BuiltinFaults, SocketReplyLongerThanOnePieceArrivesWhole) {
   std::string command;
   {
     tiny_server_t server([&](int client) {
-      command = tiny_server_t::read_line(client);
+      command = tiny_server_t::read_command(client);
       tiny_server_t::write_all(client, reply);
-      tiny_server_t::read_line(client);  // held open until the client closes
+      tiny_server_t::wait_for_close(client);
     });
     visa_resource_t resource(&manager, socket_name(server.port()));
     ASSERT_TRUE(resource.open(0, 2000));
     EXPECT_EQ(resource.get_idn().size(), 600);
   }
-  // The line feed stands for END on a raw socket.
-  EXPECT_EQ(command, "*IDN?\n");
+  // Nothing is added to what is written: a raw socket has no END indicator.
+  EXPECT_EQ(command, "*IDN?");
+}
+
+TEST_F(BuiltinFaults, ReplyWithoutEndIsDroppedAtItsLimit) {
+  tiny_server_t server([](int client) {
+    tiny_server_t::read_command(client);
+    const std::string chunk(1 << 16, 'x');
+    for (int i = 0; i < 40; ++i) {
+      tiny_server_t::write_all(client, chunk);
+    }
+    tiny_server_t::wait_for_close(client);
+  });
+  visa_resource_t resource(&manager, socket_name(server.port()));
+  testing::internal::CaptureStdout();
+  ASSERT_TRUE(resource.open(0, 2000));
+  EXPECT_TRUE(resource.get_idn().isEmpty());
+  EXPECT_NE(testing::internal::GetCapturedStdout().find("visa_resource_t::read_reply Report: "),
+            std::string::npos);
 }
 
 TEST_F(BuiltinFaults, SilentInstrumentEndsWithinTheTimeout) {
@@ -62,7 +79,7 @@ TEST_F(BuiltinFaults, SilentInstrumentEndsWithinTheTimeout) {
 
 TEST_F(BuiltinFaults, ConnectionDroppedInTheMiddleOfABlock) {
   tiny_server_t server([](int client) {
-    tiny_server_t::read_line(client);
+    tiny_server_t::read_command(client);
     tiny_server_t::write_all(client, "Acme,SG1,7,1.0\n");
     char sink[65536];
     tiny_server_t::read_exact(client, sink, sizeof sink);
@@ -84,6 +101,9 @@ TEST_F(BuiltinFaults, RefusedConnectionAndUnparsableNamesFailAtOnce) {
   const auto start = std::chrono::steady_clock::now();
   visa_resource_t refused(&manager, socket_name(closed_port));
   EXPECT_FALSE(refused.open(0, 2000));
+  // A host name goes through the resolver first.
+  visa_resource_t named(&manager, QStringLiteral("TCPIP0::localhost::%1::SOCKET").arg(closed_port));
+  EXPECT_FALSE(named.open(0, 2000));
   EXPECT_LT(seconds_since(start), 1.0);
 
   visa_resource_t unparsable(&manager, "TCPIP0::300.1.1.1::inst0::INSTR");

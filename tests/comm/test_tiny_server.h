@@ -4,6 +4,7 @@
 // must return once their client closes.
 
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -72,17 +73,26 @@ class tiny_server_t {
       sent += static_cast<std::size_t>(n);
     }
   }
-  // Reads up to and including a line feed.
-  static std::string read_line(int client) {
-    std::string line;
+  // Reads a command: up to a line feed, or what came before the line stayed idle for 100 ms
+  // (a raw socket carries no end marker). Empty when the peer closed.
+  static std::string read_command(int client) {
+    std::string command;
     char c = 0;
-    while (line.size() < 4096 && ::recv(client, &c, 1, 0) == 1) {
-      line += c;
+    pollfd entry{client, POLLIN, 0};
+    while (command.size() < 4096 && (command.empty() || ::poll(&entry, 1, 100) == 1) &&
+           ::recv(client, &c, 1, 0) == 1) {
+      command += c;
       if (c == '\n') {
         break;
       }
     }
-    return line;
+    return command;
+  }
+  // Returns once the peer closed.
+  static void wait_for_close(int client) {
+    char sink[4096];
+    while (::recv(client, sink, sizeof sink, 0) > 0) {
+    }
   }
 
  private:

@@ -53,7 +53,7 @@ std::string read_record(int client) {
 }
 
 // An accepted reply to `xid` carrying `results`, cut into fragments of seven bytes.
-void send_reply(int client, std::uint32_t xid, const std::string& results) {
+std::string reply_wire(std::uint32_t xid, const std::string& results) {
   std::string body;
   for (const std::uint32_t word : {xid, 1u, 0u, 0u, 0u, 0u}) {
     put(body, word);
@@ -65,7 +65,7 @@ void send_reply(int client, std::uint32_t xid, const std::string& results) {
     put(wire, static_cast<std::uint32_t>(size) | (at + size == body.size() ? 0x80000000u : 0u));
     wire += body.substr(at, size);
   }
-  tiny_server_t::write_all(client, wire);
+  return wire;
 }
 
 struct device_write_t {
@@ -77,6 +77,8 @@ class Vxi11 : public ::testing::Test {
  protected:
   static constexpr std::uint32_t announced_max_receive = 100;
   std::atomic<bool> silent{false};
+  // Replies to device_read stop after their first ten bytes.
+  std::atomic<bool> cut_short{false};
   std::mutex mutex;
   std::vector<device_write_t> writes;
 
@@ -86,7 +88,7 @@ class Vxi11 : public ::testing::Test {
     std::size_t at = 0;
     std::string port;
     put(port, core.port());
-    send_reply(client, get(call, at), port);
+    tiny_server_t::write_all(client, reply_wire(get(call, at), port));
   }};
 
   void SetUp() override {
@@ -130,7 +132,9 @@ class Vxi11 : public ::testing::Test {
         results += pending_reply + std::string((4 - pending_reply.size() % 4) % 4, '\0');
         pending_reply.clear();
       }
-      send_reply(client, xid, results);
+      tiny_server_t::write_all(client, procedure == 12 && cut_short
+                                           ? reply_wire(xid, results).substr(0, 10)
+                                           : reply_wire(xid, results));
     }
   }
 };
@@ -177,6 +181,23 @@ TEST_F(Vxi11, InstrumentThatNeverAnswersIsReopenedOnceThenRefused) {
     EXPECT_EQ(write.data, "*IDN?");
   }
   EXPECT_EQ(writes.size(), 3u);  // connect, check, check after the one reopen
+}
+
+TEST_F(Vxi11, ReplyCutInTheMiddleOfARecordLosesTheConnectionCleanly) {
+  cut_short = true;
+  nal::visa_resource_manager_t manager(std::make_shared<nal::comm_visa_builtin_t>());
+  nal::visa_resource_t resource(&manager, "TCPIP0::127.0.0.1::inst0::INSTR");
+  ASSERT_TRUE(resource.open(0, 2000));
+  EXPECT_TRUE(resource.get_idn().isEmpty());
+  // The rest of the stream no longer lines up with records: nothing more is sent or waited for.
+  const auto start = std::chrono::steady_clock::now();
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(resource.write_block("IQDA 1234"), 0u);
+  EXPECT_EQ(resource.write_command("*RST"), 0u);
+  testing::internal::GetCapturedStdout();
+  EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), 0.5);
+  std::lock_guard<std::mutex> lock(mutex);
+  EXPECT_EQ(writes.size(), 1u);
 }
 
 }  // namespace

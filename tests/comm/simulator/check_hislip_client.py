@@ -90,9 +90,9 @@ def check_session(check, port):
     block = b"IQDA " + random.Random(3).randbytes(200_000)
     message_id += 2
     send_message(synchronous, message_id, block, maximum)
-    # A message ID wraps around; the reply must still carry the asker's.
+    # A message ID wraps around; the reply must still carry the asker's. SCPI ignores case.
     message_id = 0xFFFFFFFE
-    send_message(synchronous, message_id, b"*IDN?", maximum)
+    send_message(synchronous, message_id, b"*idn?", maximum)
     reply = synchronous.receive()
     check.expect(reply[0] == DATA_END and reply[2] == message_id, "reply ID after wrap")
 

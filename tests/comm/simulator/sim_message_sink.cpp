@@ -3,6 +3,7 @@
 #include <QCryptographicHash>
 
 #include <algorithm>
+#include <cctype>
 #include <cstring>
 
 namespace wavelume_test {
@@ -15,12 +16,16 @@ constexpr std::size_t block_prefix_size = sizeof block_prefix - 1;
 constexpr std::size_t command_limit = 64 * 1024;
 constexpr std::size_t head_size = sim_wire_event_t::head_size;
 
-std::string trimmed(const std::string& text) {
+// The command without surrounding white space, in upper case: SCPI ignores case.
+std::string normalized(const std::string& text) {
   const auto first = text.find_first_not_of(" \t\r\n");
   if (first == std::string::npos) {
     return {};
   }
-  return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
+  std::string command = text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
+  std::transform(command.begin(), command.end(), command.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  return command;
 }
 
 }  // namespace
@@ -100,7 +105,7 @@ void sim_message_sink_t::end_message() {
       block.bytes = std::move(_text);
     }
     _record.add_block(std::move(block));
-  } else if (trimmed(_text) == "*IDN?") {
+  } else if (normalized(_text) == "*IDN?") {
     _reply = identification;
   }
   _size = 0;

@@ -9,9 +9,12 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
+#include <ostream>
 #include <random>
 #include <string>
 #include <vector>
@@ -43,12 +46,11 @@ QByteArray waveform_bytes(std::size_t size, unsigned seed) {
   QByteArray bytes("CheckCode,00000000000000000000000000000000,FileType,IQ,Version,3.0,IQData,");
   const auto header = static_cast<std::size_t>(bytes.size());
   bytes.resize(static_cast<int>(size));
+  char* out = bytes.data();
   std::mt19937_64 random(seed);
   for (std::size_t i = header; i < size; i += 8) {
     const std::uint64_t word = random();
-    for (std::size_t k = 0; k < 8 && i + k < size; ++k) {
-      bytes[static_cast<int>(i + k)] = static_cast<char>(word >> (8 * k));
-    }
+    std::memcpy(out + i, &word, std::min<std::size_t>(8, size - i));
   }
   return bytes;
 }
@@ -113,6 +115,10 @@ struct transfer_case_t {
   std::uint64_t hislip_max_message_size;
 };
 
+void PrintTo(const transfer_case_t& test, std::ostream* out) {
+  *out << test.name;
+}
+
 class SimulatorLinkConcurrency : public testing::TestWithParam<transfer_case_t> {
  protected:
   static sim_instrument_options_t options() {
@@ -141,7 +147,8 @@ TEST_P(SimulatorLinkConcurrency, FiftyMegabyteWaveformArrivesByteIdentical) {
   const std::vector<sim_kept_block_t> blocks = link.instrument.record().blocks();
   ASSERT_EQ(blocks.size(), 1u);
   EXPECT_EQ(blocks[0].transport, transport);
-  EXPECT_EQ(blocks[0].size, 5 + fifty_megabytes);
+  EXPECT_EQ(blocks[0].size, 5 + fifty_megabytes)
+      << "the block must arrive as written, with nothing appended";
   EXPECT_EQ(blocks[0].md5, md5_of_block(data));
   if (GetParam().vxi11_max_receive_size != 0) {
     // The block went in pieces of at most the announced size (a larger one is refused).
@@ -185,17 +192,17 @@ TEST_P(SimulatorLinkConcurrency, DownloadFromFileFollowsTheWireSequence) {
   };
   ASSERT_TRUE(link.instrument.record().wait_until(first_closed, transfer_timeout));
 
-  const std::vector<sim_wire_event_t> events = link.instrument.record().events();
+  // Grouped by session: the old session's close may be noticed after the new one's connect.
   std::vector<std::vector<sim_wire_event_t>> sessions;
-  for (const auto& event : events) {
+  for (const auto& event : link.instrument.record().events()) {
     EXPECT_EQ(event.transport, transport);
-    if (event.kind == sim_wire_event_t::CONNECT) {
-      sessions.emplace_back();
+    const auto same = [&event](const auto& group) { return group[0].session == event.session; };
+    const auto group = std::find_if(sessions.begin(), sessions.end(), same);
+    if (group == sessions.end()) {
+      sessions.push_back({event});
+    } else {
+      group->push_back(event);
     }
-    ASSERT_FALSE(sessions.empty());
-    ASSERT_EQ(event.session,
-              sessions.back().empty() ? event.session : sessions.back().front().session);
-    sessions.back().push_back(event);
   }
   ASSERT_EQ(sessions.size(), 2u);
   EXPECT_EQ(sessions[0].back().kind, sim_wire_event_t::CLOSE);
@@ -218,7 +225,8 @@ TEST_P(SimulatorLinkConcurrency, DownloadFromFileFollowsTheWireSequence) {
   }
   ASSERT_EQ(at + 1, session.size());
   EXPECT_EQ(session[at].kind, sim_wire_event_t::WRITE);
-  EXPECT_EQ(session[at].size, 5u + static_cast<std::size_t>(data.size()));
+  EXPECT_EQ(session[at].size, 5u + static_cast<std::size_t>(data.size()))
+      << "the block must arrive as written, with nothing appended";
   EXPECT_EQ(session[at].head.substr(0, 5), "IQDA ");
   const std::vector<sim_kept_block_t> blocks = link.instrument.record().blocks();
   ASSERT_EQ(blocks.size(), 1u);
@@ -232,7 +240,7 @@ INSTANTIATE_TEST_SUITE_P(
                     transfer_case_t{"Vxi11SmallPieces", sim_transport_t::vxi11, 4096, 0},
                     transfer_case_t{"Hislip", sim_transport_t::hislip, 0, 0},
                     transfer_case_t{"HislipSmallMessages", sim_transport_t::hislip, 0, 8192}),
-    [](const testing::TestParamInfo<transfer_case_t>& info) { return info.param.name; });
+    [](const testing::TestParamInfo<transfer_case_t>& test) { return test.param.name; });
 
 // Two ticked devices, as the Download dialog sends to them: one after the other, each by its own
 // connect, so the last one ends as the current resource and the first stays open.
@@ -271,14 +279,29 @@ TEST(SimulatorLinkConcurrencyDevices, TwoTickedDevicesAreServedOneAfterTheOther)
   EXPECT_EQ(first_block.md5, md5_of_block(first_data));
   EXPECT_EQ(second_block.md5, md5_of_block(second_data));
 
-  // The second device was not touched before the first had its whole block, and the first
-  // session stays open after its download.
+  // The second device was not touched before the first had its block on the wire, and the
+  // first session stays open after its download.
   const auto first_events = first.instrument.record().events();
   const auto second_events = second.instrument.record().events();
   ASSERT_FALSE(first_events.empty());
   ASSERT_FALSE(second_events.empty());
   EXPECT_EQ(first_events.back().kind, sim_wire_event_t::WRITE);
-  EXPECT_LE(first_events.back().last_byte_time, second_events.front().time);
+  EXPECT_EQ(first_events.back().head.substr(0, 5), "IQDA ");
+  EXPECT_LE(first_events.back().time, second_events.front().time);
+}
+
+// An instrument switched off after it was connected: the download reports failure, within the
+// session timeout, instead of hanging or ending the process.
+TEST(SimulatorLinkConcurrencyDevices, InstrumentGoneBeforeDownloadReportsFailure) {
+  for (const sim_transport_t transport : {sim_transport_t::raw_socket, sim_transport_t::hislip}) {
+    linked_instrument_t link{sim_instrument_options_t{}};
+    ASSERT_TRUE(link.started);
+    ASSERT_TRUE(link.deal->connect_resource(QString::fromStdString(link.resource(transport))));
+    link.instrument.stop();
+    EXPECT_FALSE(link.download(transport, waveform_bytes(1u << 20, 4)))
+        << wavelume_test::sim_transport_name(transport);
+    EXPECT_TRUE(link.instrument.record().blocks().empty());
+  }
 }
 
 }  // namespace
