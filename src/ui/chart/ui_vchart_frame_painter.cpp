@@ -50,7 +50,7 @@ void ui_vchart_frame_painter_t::paint_grid(QPainter& painter, const ui_vchart_vi
                                            const QPalette& palette) {
   const QRectF& rect = box.pixel_rect();
   painter.setRenderHint(QPainter::Antialiasing, false);
-  painter.setPen(QPen(palette.color(QPalette::Mid), 0, Qt::DotLine));
+  painter.setPen(QPen(palette.color(QPalette::Mid), 0));
   for (const ui_vchart_axis_t::tick_t& tick : x_ticks(box)) {
     const qreal x = box.x_to_pixel(tick.value);
     painter.drawLine(QPointF(x, rect.top()), QPointF(x, rect.bottom()));

@@ -20,7 +20,7 @@ QPalette instrument_palette(QPalette palette) {
   palette.setColor(QPalette::Window, QColor(0x1b, 0x20, 0x26));
   palette.setColor(QPalette::Base, QColor(0x0d, 0x11, 0x16));
   palette.setColor(QPalette::WindowText, QColor(0xc9, 0xd1, 0xd9));
-  palette.setColor(QPalette::Mid, QColor(0x33, 0x3b, 0x45));
+  palette.setColor(QPalette::Mid, QColor(0x2a, 0x31, 0x3a));
   palette.setColor(QPalette::Highlight, QColor(0x9a, 0xb8, 0xd6));
   return palette;
 }
@@ -124,13 +124,15 @@ void ui_vchart_plot_widget_t::_render_data_layer() {
   const QSize size(static_cast<int>(std::ceil(rect.width() * ratio)),
                    static_cast<int>(std::ceil(rect.height() * ratio)));
   if (_data_layer.size() != size) {
-    _data_layer = QImage(size, QImage::Format_ARGB32_Premultiplied);
+    // Opaque: copying it to the screen needs no blending.
+    _data_layer = QImage(size, QImage::Format_RGB32);
   }
   _data_layer.setDevicePixelRatio(ratio);
-  _data_layer.fill(Qt::transparent);
+  _data_layer.fill(palette().color(QPalette::Base));
   QPainter painter(&_data_layer);
   painter.setFont(font());
   painter.translate(-rect.topLeft());
+  ui_vchart_frame_painter_t::paint_grid(painter, _box, palette());
   for (const std::unique_ptr<ui_vchart_item_t>& item : _items) {
     item->paint(painter, _box);
   }
@@ -146,8 +148,6 @@ void ui_vchart_plot_widget_t::paintEvent(QPaintEvent* /*event*/) {
   option.initFrom(this);
   style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
   const QRectF& rect = _box.pixel_rect();
-  painter.fillRect(rect, palette().color(QPalette::Base));
-  ui_vchart_frame_painter_t::paint_grid(painter, _box, palette());
   _render_data_layer();
   painter.drawImage(rect.topLeft(), _data_layer);
   ui_vchart_frame_painter_t::paint_axes(painter, _box, palette());

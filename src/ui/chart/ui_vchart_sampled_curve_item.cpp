@@ -1,11 +1,11 @@
 #include "ui/chart/ui_vchart_sampled_curve_item.h"
 
-#include <QLineF>
+#include <QImage>
 #include <QPainter>
 #include <QPolygonF>
-#include <QVector>
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace nal {
 namespace {
@@ -14,6 +14,76 @@ namespace {
 constexpr fp64 k_polyline_samples_per_column = 2.0;
 // From this many pixels per sample each sample gets a dot.
 constexpr fp64 k_dot_pixels_per_sample = 8.0;
+
+// Fills the narrow vertical bars of the reduced curve. The raster engine fills a rectangle one
+// scanline call at a time, which for a thousand bars hundreds of pixels tall costs more than all
+// the rest of a redraw. On an opaque colour over a 32-bit image the bars are gathered per pixel
+// column instead and written row by row, in memory order, with a select the compiler vectorises.
+class bar_filler_t {
+ public:
+  bar_filler_t(QPainter& painter, const QColor& colour) : _painter(painter), _colour(colour) {
+    QImage* image = painter.device()->devType() == QInternal::Image
+                        ? static_cast<QImage*>(painter.device())
+                        : nullptr;
+    const bool direct_format =
+        image != nullptr &&
+        (image->format() == QImage::Format_RGB32 || image->format() == QImage::Format_ARGB32 ||
+         image->format() == QImage::Format_ARGB32_Premultiplied);
+    if (direct_format && colour.alpha() == 255 &&
+        painter.deviceTransform().type() <= QTransform::TxScale) {
+      _image = image;
+      _top.assign(static_cast<std::size_t>(image->width()), std::numeric_limits<int>::max());
+      _bottom.assign(static_cast<std::size_t>(image->width()), std::numeric_limits<int>::min());
+    }
+  }
+
+  void fill(const QRectF& bar) {
+    if (_image == nullptr) {
+      _painter.fillRect(bar, _colour);
+      return;
+    }
+    const QRect pixels = _painter.deviceTransform().mapRect(bar).toAlignedRect() & _image->rect();
+    for (int x = pixels.left(); x <= pixels.right(); ++x) {
+      _top[x] = std::min(_top[x], pixels.top());
+      _bottom[x] = std::max(_bottom[x], pixels.bottom());
+    }
+  }
+
+  void flush() {
+    if (_image == nullptr) {
+      return;
+    }
+    const int width = _image->width();
+    const int first_row = *std::min_element(_top.begin(), _top.end());
+    const int last_row = *std::max_element(_bottom.begin(), _bottom.end());
+    // Unsigned distance from the top: one comparison tells whether a row is inside the bar. An
+    // empty column gets height 0 and a top no row reaches.
+    std::vector<unsigned> height(_top.size(), 0u);
+    for (int x = 0; x < width; ++x) {
+      if (_top[x] <= _bottom[x]) {
+        height[x] = static_cast<unsigned>(_bottom[x] - _top[x]);
+      } else {
+        _top[x] = std::numeric_limits<int>::max() / 2;
+      }
+    }
+    const QRgb pixel = _colour.rgba();
+    uchar* bits = _image->bits();
+    const qsizetype stride = _image->bytesPerLine();
+    for (int y = first_row; y <= last_row; ++y) {
+      QRgb* line = reinterpret_cast<QRgb*>(bits + y * stride);
+      for (int x = 0; x < width; ++x) {
+        line[x] = static_cast<unsigned>(y - _top[x]) <= height[x] ? pixel : line[x];
+      }
+    }
+  }
+
+ private:
+  QPainter& _painter;
+  QColor _colour;
+  QImage* _image = nullptr;
+  std::vector<int> _top;
+  std::vector<int> _bottom;
+};
 
 }  // namespace
 
@@ -89,8 +159,7 @@ void ui_vchart_sampled_curve_item_t::_paint_columns(QPainter& painter,
   _samples.reduce_columns(first, last, columns, reduced);
   const QRectF& rect = box.pixel_rect();
   const fp64 column_width = rect.width() / columns;
-  QVector<QLineF> segments;
-  segments.reserve(columns);
+  bar_filler_t filler(painter, colour());
   ui_vchart_minmax_pyramid_t::extent_t previous{1.0, 0.0};
   for (int c = 0; c < columns; ++c) {
     const ui_vchart_minmax_pyramid_t::extent_t& extent = reduced[c].extent;
@@ -105,13 +174,18 @@ void ui_vchart_sampled_curve_item_t::_paint_columns(QPainter& painter,
       low = std::min(low, previous.max);
       high = std::max(high, previous.min);
     }
-    const fp64 x = rect.left() + (c + 0.5) * column_width;
-    const fp64 top = box.y_to_pixel(high);
-    const fp64 bottom = std::max(box.y_to_pixel(low), top + 0.5);
-    segments.append(QLineF(x, top, x, bottom));
+    // A filled one-pixel rectangle: the raster engine strokes a vertical line far slower.
+    const fp64 left = std::floor(rect.left() + c * column_width);
+    // Clamped to the rectangle: far outside it a pixel coordinate would overflow.
+    const fp64 top =
+        std::clamp(std::floor(box.y_to_pixel(high)), rect.top() - 1.0, rect.bottom() + 1.0);
+    const fp64 bottom =
+        std::max(std::clamp(std::ceil(box.y_to_pixel(low)), rect.top() - 1.0, rect.bottom() + 1.0),
+                 top + 1.0);
+    filler.fill(QRectF(left, top, std::max(1.0, std::ceil(column_width)), bottom - top));
     previous = extent;
   }
-  painter.drawLines(segments);
+  filler.flush();
 }
 
 QString ui_vchart_sampled_curve_item_t::read_out(fp64 x, fp64 /*y*/,

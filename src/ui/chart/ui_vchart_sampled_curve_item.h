@@ -1,6 +1,6 @@
 #pragma once
 // A curve of evenly spaced samples, x = x0 + i dx, of any length. Where a pixel column holds
-// more than two samples it is drawn as one vertical segment from the column's minimum to its
+// more than two samples it is drawn as one vertical bar from the column's minimum to its
 // maximum, so every sample shows and painting costs the width of the plot, not the length.
 
 #include "ui/chart/ui_vchart_item.h"
