@@ -1,0 +1,54 @@
+#pragma once
+// Editor of a custom constellation: a table of symbol, I and Q with a preview of the points, a
+// message naming the first problem (ui_constellation_file_t::check), and load and save of
+// constellation text files. OK is enabled only while the table makes a usable constellation.
+// A file that cannot be read leaves the table as it was.
+
+#include <QDialog>
+
+#include "lib/lib_types.h"
+#include "ui/widgets/ui_constellation_file.h"
+
+class QPushButton;
+class QTableWidget;
+
+namespace nal {
+
+class ui_constellation_chart_t;
+class ui_message_label_t;
+
+class ui_constellation_editor_dialog_t : public QDialog {
+  Q_OBJECT
+
+ public:
+  explicit ui_constellation_editor_dialog_t(const lib_constellation_map_t& map,
+                                            QWidget* parent = nullptr);
+
+  // The table's rows in table order.
+  ui_constellation_rows_t rows() const;
+  // The table as a map; meaningful when problem() is empty.
+  lib_constellation_map_t constellation() const;
+  // Empty while the table makes a usable constellation.
+  QString problem() const { return _problem; }
+  QString message() const;
+
+  // On failure the table is unchanged and message() tells why (with the line for a bad line).
+  bool load_file(const QString& path);
+  bool save_file(const QString& path);
+
+ private:
+  void _set_rows(const ui_constellation_rows_t& rows);
+  void _on_table_changed();
+  void _add_point();
+  void _remove_points();
+  void _choose_file_to_load();
+  void _choose_file_to_save();
+
+  QTableWidget* _table;
+  ui_constellation_chart_t* _preview;
+  ui_message_label_t* _message;
+  QPushButton* _ok;
+  QString _problem;
+};
+
+}  // namespace nal
