@@ -66,7 +66,10 @@ ui_protocol_page_t::ui_protocol_page_t(std::unique_ptr<cfg_protocol_base_t> conf
   layout->addWidget(_status_line);
 }
 
-ui_protocol_page_t::~ui_protocol_page_t() = default;
+ui_protocol_page_t::~ui_protocol_page_t() {
+  // Setup widgets refer to the configuration: they go first.
+  qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
+}
 
 QToolBar* ui_protocol_page_t::_build_toolbar(const QString& update_tooltip) {
   auto* toolbar = new QToolBar(this);

@@ -2,6 +2,7 @@
 // close and open, with tasks overlapping on the pool. Run under ThreadSanitizer in CI. Afterwards
 // every page shows exactly the waveform of its last settings.
 
+#include <QAction>
 #include <QDoubleSpinBox>
 #include <QThreadPool>
 #include <QtTest>
@@ -23,9 +24,9 @@ class PageConcurrency : public QObject {
 
   void updates_edits_and_closes_race_with_running_tasks() {
     tone_configuration_t::delay_ms = 2;
-    nal::ui_tab_widget_t tabs;
-    // The last first sample each live page showed.
+    // The last first sample each live page showed; outlives the pages.
     std::map<tone_page_t*, double> shown;
+    nal::ui_tab_widget_t tabs;
     auto add_page = [&] {
       auto* page = new tone_page_t;
       connect(page, &nal::ui_protocol_page_t::sig_waveform_shown, &tabs,

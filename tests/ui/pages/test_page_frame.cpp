@@ -193,7 +193,7 @@ class PageFrame : public QObject {
     QCOMPARE(page.update_action()->toolTip(), QString("Update waveform data"));
 
     shown_waveforms_t shown(&page);
-    QVERIFY(engine.set_apsk_qam_type(nal::MOD_16QAM));
+    QVERIFY(engine.set_apsk_qam_type(nal::MOD_64QAM));
     QVERIFY(engine.set_symbol_length(200));
     QVERIFY(page.is_update_blinking());
     page.update_action()->trigger();

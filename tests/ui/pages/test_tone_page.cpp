@@ -103,6 +103,7 @@ void tone_page_t::_unbind_configuration() {
 void tone_page_t::_bind_configuration() {
   _amplitude_box = new QDoubleSpinBox;
   _amplitude_box->setRange(0.0, 1.0);
+  _amplitude_box->setDecimals(4);
   _amplitude_box->setValue(tone().amplitude());
   connect(_amplitude_box, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
           [this](double value) { tone().set_amplitude(value); });
