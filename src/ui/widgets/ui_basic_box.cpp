@@ -19,7 +19,7 @@ ui_basic_box_t::ui_basic_box_t(custom_iq_t& engine, QTreeWidgetItem& group, QObj
   _sample_rate = _add_readout(tr("Sample rate"), QStringLiteral("SampleRate"));
   _length = _add_readout(tr("Waveform length"), QStringLiteral("WaveformLength"));
   _points = _add_readout(tr("Sample points"), QStringLiteral("TotalSamplePoints"));
-  _name->setPlaceholderText(tr("Name in the waveform file"));
+  _name->setPlaceholderText(tr("Optional"));
 }
 
 void ui_basic_box_t::refresh_from_engine() {

@@ -52,8 +52,8 @@ ui_constellation_editor_dialog_t::ui_constellation_editor_dialog_t(
   auto* delegate = new ui_unit_item_delegate_t(_table);
   delegate->set_column(COLUMN_SYMBOL,
                        {QString(), 0.0, ui_constellation_file_t::max_points - 1.0, true});
-  delegate->set_column(COLUMN_I, {QString(), -max_coordinate, max_coordinate, false});
-  delegate->set_column(COLUMN_Q, {QString(), -max_coordinate, max_coordinate, false});
+  delegate->set_column(COLUMN_I, {QString(), -max_coordinate, max_coordinate, false, 6});
+  delegate->set_column(COLUMN_Q, {QString(), -max_coordinate, max_coordinate, false, 6});
   _table->setItemDelegate(delegate);
   _preview->setObjectName(QStringLiteral("ConstellationPreview"));
   _preview->setMinimumSize(280, 280);

@@ -29,8 +29,7 @@ void ui_custom_constellation_panel_t::_edit_points() {
 void ui_custom_constellation_panel_t::refresh_from_engine() {
   _show(_name, _engine.get_custom_constellation_name());
   const std::size_t points = _engine.get_custom_constellation().size();
-  _points->setText(points == 0 ? tr("No points yet")
-                               : ui_count_text_t::points(static_cast<qint64>(points)));
+  _points->setText(points == 0 ? tr("None") : ui_count_text_t::points(static_cast<qint64>(points)));
   set_rows_visible(_engine.get_modulator_type() == MODULATOR_CUSTOM);
 }
 

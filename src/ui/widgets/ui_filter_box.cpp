@@ -14,8 +14,9 @@ ui_filter_box_t::ui_filter_box_t(custom_iq_t& engine, QTreeWidgetItem& group, QO
   _alpha = _add_number(tr("Roll-off"), QStringLiteral("filterAlpha"), QString(),
                        [this](fp64 alpha) { _engine.set_filter_alpha(alpha); });
   _alpha->set_digits(4);
-  _length = _add_count(tr("Filter length (symbols)"), QStringLiteral("filterLength"),
+  _length = _add_count(tr("Filter length"), QStringLiteral("filterLength"),
                        [this](uint32 length) { _engine.set_filter_length(length); });
+  _length->set_unit(QStringLiteral("sym"));
   _oversampling = _add_count(tr("Oversampling"), QStringLiteral("oversampling"),
                              [this](uint32 factor) { _engine.set_oversampling(factor); });
 }

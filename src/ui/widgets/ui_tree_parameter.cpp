@@ -2,6 +2,7 @@
 
 #include <QTreeWidget>
 #include <QWidget>
+#include <algorithm>
 
 namespace nal {
 
@@ -41,9 +42,11 @@ void ui_tree_parameter_t::set_enabled(bool enabled) {
 }
 
 void ui_tree_parameter_t::fit_height() {
-  // The view sizes rows by their items, not by the widgets placed on them.
+  // The view sizes rows by their items, not by the widgets placed on them. Rows of small editors
+  // (check boxes, labels) get the height of a line edit, so that the column keeps one rhythm.
   const QSize hint = _editor->sizeHint();
-  _item->setSizeHint(_editor_column, QSize(hint.width(), hint.height() + 4));
+  const int line_height = _editor->fontMetrics().height() + 10;
+  _item->setSizeHint(_editor_column, QSize(hint.width(), std::max(hint.height(), line_height) + 2));
 }
 
 }  // namespace nal

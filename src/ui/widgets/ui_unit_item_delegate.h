@@ -19,6 +19,8 @@ class ui_unit_item_delegate_t : public QStyledItemDelegate {
     fp64 minimum = 0.0;
     fp64 maximum = 0.0;
     bool integer = false;
+    // Significant digits shown in the cell; the editor shows them all.
+    int digits = 10;
   };
 
   explicit ui_unit_item_delegate_t(QObject* parent = nullptr);

@@ -52,6 +52,7 @@ void test_pattern_editors_t::constellation_file_round_trip() {
   // Through the editor: load, save elsewhere, load again.
   ui_constellation_editor_dialog_t dialog({});
   QVERIFY(dialog.load_file(path));
+  grab_if_asked(dialog, QStringLiteral("constellation_editor"));
   const QString copy = dir.filePath(QStringLiteral("copy.txt"));
   QVERIFY(dialog.save_file(copy));
   QVERIFY(ui_constellation_file_t::read(copy, read, error));
@@ -146,6 +147,7 @@ void test_pattern_editors_t::constellation_check_agrees_with_the_modulator() {
   ui_constellation_editor_dialog_t dialog({{0, {1, 0}}, {1, {1, 0}}});
   QCOMPARE(dialog.problem(), QStringLiteral("Symbols 0 and 1 share the point (1, 0)"));
   QVERIFY(dialog.message().contains(QStringLiteral("share the point")));
+  grab_if_asked(dialog, QStringLiteral("constellation_editor_error"));
 }
 
 void test_pattern_editors_t::bit_pattern_editor_refuses_other_characters() {
@@ -168,6 +170,7 @@ void test_pattern_editors_t::bit_pattern_editor_refuses_other_characters() {
   edit->insertPlainText(QStringLiteral("1111\n10201"));
   QCOMPARE(dialog.bits(), QStringLiteral("0110101"));
   QVERIFY(dialog.message().contains(QStringLiteral("Line 2, column 3: \"2\" is not a bit")));
+  grab_if_asked(dialog, QStringLiteral("bit_pattern_editor"));
   // Typing goes on where it stood.
   QTest::keyClicks(edit, QStringLiteral("0"));
   QCOMPARE(dialog.bits(), QStringLiteral("01101010"));

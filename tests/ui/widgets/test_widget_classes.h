@@ -3,6 +3,12 @@
 
 #include <QObject>
 
+class QWidget;
+
+// Keeps a picture of `widget` as NAME.png in the folder named by WAVELUME_GRAB_DIR, when set, for
+// a look at the layout.
+void grab_if_asked(QWidget& widget, const QString& name);
+
 class test_double_spin_box_t : public QObject {
   Q_OBJECT
 
