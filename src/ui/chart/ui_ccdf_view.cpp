@@ -1,6 +1,5 @@
 #include "ui/chart/ui_ccdf_view.h"
 
-#include <QVBoxLayout>
 #include <cmath>
 #include <memory>
 
@@ -68,11 +67,8 @@ ccdf_curve_t measure(const lib_iq_data_arr_t& samples) {
 }  // namespace
 
 ui_ccdf_view_t::ui_ccdf_view_t(QWidget* parent)
-    : QWidget(parent), _plot(new ui_vchart_plot_widget_t(this)) {
+    : QWidget(parent), _plot(ui_vchart_plot_widget_t::fill(this)) {
   setObjectName(QStringLiteral("CcdfView"));
-  QVBoxLayout* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(_plot);
   ui_vchart_view_box_t& box = _plot->view_box();
   box.x_axis().set_title(tr("Power above average"));
   box.x_axis().set_unit(QStringLiteral("dB"));

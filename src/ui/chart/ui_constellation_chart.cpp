@@ -1,18 +1,13 @@
 #include "ui/chart/ui_constellation_chart.h"
 
-#include <QVBoxLayout>
-
 #include "ui/chart/ui_vchart_plot_widget.h"
 #include "ui/chart/ui_vchart_scatter_item.h"
 
 namespace nal {
 
 ui_constellation_chart_t::ui_constellation_chart_t(QWidget* parent)
-    : QWidget(parent), _plot(new ui_vchart_plot_widget_t(this)) {
+    : QWidget(parent), _plot(ui_vchart_plot_widget_t::fill(this)) {
   setObjectName(QStringLiteral("ConstellationChart"));
-  QVBoxLayout* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(_plot);
   ui_vchart_view_box_t& box = _plot->view_box();
   box.set_equal_aspect(true);
   box.x_axis().set_title(QStringLiteral("I"));

@@ -1,6 +1,5 @@
 #include "ui/chart/ui_fft_spectrum_view.h"
 
-#include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -28,11 +27,8 @@ struct spectrum_t {
 }  // namespace
 
 ui_fft_spectrum_view_t::ui_fft_spectrum_view_t(QWidget* parent)
-    : QWidget(parent), _plot(new ui_vchart_plot_widget_t(this)) {
+    : QWidget(parent), _plot(ui_vchart_plot_widget_t::fill(this)) {
   setObjectName(QStringLiteral("FftSpectrumView"));
-  QVBoxLayout* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(_plot);
   _plot->view_box().x_axis().set_title(tr("Frequency"));
   _plot->view_box().x_axis().set_unit(QStringLiteral("Hz"));
   _plot->view_box().y_axis().set_title(tr("Level"));

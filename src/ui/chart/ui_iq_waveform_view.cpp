@@ -1,6 +1,5 @@
 #include "ui/chart/ui_iq_waveform_view.h"
 
-#include <QVBoxLayout>
 #include <memory>
 
 #include "ui/chart/ui_vchart_plot_widget.h"
@@ -9,11 +8,8 @@
 namespace nal {
 
 ui_iq_waveform_view_t::ui_iq_waveform_view_t(QWidget* parent)
-    : QWidget(parent), _plot(new ui_vchart_plot_widget_t(this)) {
+    : QWidget(parent), _plot(ui_vchart_plot_widget_t::fill(this)) {
   setObjectName(QStringLiteral("IqWaveformView"));
-  QVBoxLayout* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(_plot);
   _plot->view_box().y_axis().set_title(tr("Amplitude"));
   _plot->view_box().y_axis().set_engineering(false);
   _in_phase = _plot->add_item<ui_vchart_sampled_curve_item_t>();

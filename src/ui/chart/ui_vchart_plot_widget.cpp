@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QStyleOption>
 #include <QThread>
+#include <QVBoxLayout>
 #include <QWheelEvent>
 #include <cmath>
 
@@ -45,6 +46,14 @@ QSize ui_vchart_plot_widget_t::minimumSizeHint() const {
   return QSize(200, 120);
 }
 
+ui_vchart_plot_widget_t* ui_vchart_plot_widget_t::fill(QWidget* host) {
+  ui_vchart_plot_widget_t* plot = new ui_vchart_plot_widget_t(host);
+  QVBoxLayout* layout = new QVBoxLayout(host);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(plot);
+  return plot;
+}
+
 void ui_vchart_plot_widget_t::run_in_thread_of(QObject* target, std::function<void()> call) {
   if (QThread::currentThread() == target->thread()) {
     call();
@@ -64,17 +73,9 @@ void ui_vchart_plot_widget_t::data_changed() {
   ui_vchart_range_t all;
   for (const std::unique_ptr<ui_vchart_item_t>& item : _items) {
     ui_vchart_range_t bounds;
-    if (!item->data_bounds(bounds)) {
-      continue;
+    if (item->data_bounds(bounds)) {
+      all.include(bounds, any);
     }
-    if (!any) {
-      all = bounds;
-      any = true;
-    }
-    all.x_min = std::min(all.x_min, bounds.x_min);
-    all.x_max = std::max(all.x_max, bounds.x_max);
-    all.y_min = std::min(all.y_min, bounds.y_min);
-    all.y_max = std::max(all.y_max, bounds.y_max);
   }
   if (!any) {
     all = {0.0, 1.0, -1.0, 1.0};

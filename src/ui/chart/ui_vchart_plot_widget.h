@@ -39,6 +39,8 @@ class ui_vchart_plot_widget_t : public QWidget {
     return raw;
   }
 
+  // A plot that fills `host` edge to edge, for the views built on one plot.
+  static ui_vchart_plot_widget_t* fill(QWidget* host);
   // Runs `call` at once on `target`'s thread, or queues it there from another thread; a queued
   // call is dropped when `target` is gone by then. Lets a view be updated from a worker.
   static void run_in_thread_of(QObject* target, std::function<void()> call);

@@ -24,17 +24,9 @@ void ui_vchart_scatter_item_t::set_points(std::vector<QPointF> points, QStringLi
 bool ui_vchart_scatter_item_t::data_bounds(ui_vchart_range_t& bounds) const {
   bool any = false;
   for (const QPointF& p : _points) {
-    if (!is_finite(p)) {
-      continue;
+    if (is_finite(p)) {
+      bounds.include(p.x(), p.y(), any);
     }
-    if (!any) {
-      bounds = {p.x(), p.x(), p.y(), p.y()};
-      any = true;
-    }
-    bounds.x_min = std::min(bounds.x_min, p.x());
-    bounds.x_max = std::max(bounds.x_max, p.x());
-    bounds.y_min = std::min(bounds.y_min, p.y());
-    bounds.y_max = std::max(bounds.y_max, p.y());
   }
   return any;
 }

@@ -5,6 +5,7 @@
 
 #include <QPointF>
 #include <QRectF>
+#include <algorithm>
 
 #include "ui/chart/ui_vchart_axis.h"
 
@@ -21,6 +22,19 @@ struct ui_vchart_range_t {
            y_max == other.y_max;
   }
   bool operator!=(const ui_vchart_range_t& other) const { return !(*this == other); }
+  // Grows to hold another range; the first one taken after `started` is false replaces it.
+  void include(const ui_vchart_range_t& other, bool& started) {
+    if (!started) {
+      *this = other;
+      started = true;
+      return;
+    }
+    x_min = std::min(x_min, other.x_min);
+    x_max = std::max(x_max, other.x_max);
+    y_min = std::min(y_min, other.y_min);
+    y_max = std::max(y_max, other.y_max);
+  }
+  void include(fp64 x, fp64 y, bool& started) { include({x, x, y, y}, started); }
 };
 
 class ui_vchart_view_box_t {

@@ -18,17 +18,9 @@ void ui_vchart_xy_curve_item_t::set_points(std::vector<fp64> x, std::vector<fp64
 bool ui_vchart_xy_curve_item_t::data_bounds(ui_vchart_range_t& bounds) const {
   bool any = false;
   for (std::size_t i = 0; i < _x.size(); ++i) {
-    if (!std::isfinite(_x[i]) || !std::isfinite(_y[i])) {
-      continue;
+    if (std::isfinite(_x[i]) && std::isfinite(_y[i])) {
+      bounds.include(_x[i], _y[i], any);
     }
-    if (!any) {
-      bounds = {_x[i], _x[i], _y[i], _y[i]};
-      any = true;
-    }
-    bounds.x_min = std::min(bounds.x_min, _x[i]);
-    bounds.x_max = std::max(bounds.x_max, _x[i]);
-    bounds.y_min = std::min(bounds.y_min, _y[i]);
-    bounds.y_max = std::max(bounds.y_max, _y[i]);
   }
   return any;
 }
