@@ -9,6 +9,7 @@
 #include "ui/chart/ui_ccdf_view.h"
 #include "ui/chart/ui_constellation_chart.h"
 #include "ui/chart/ui_fft_spectrum_view.h"
+#include "ui/chart/ui_frequency_view.h"
 #include "ui/chart/ui_iq_waveform_view.h"
 #include "ui/chart/ui_vchart_plot_widget.h"
 #include "ui/chart/ui_vchart_sampled_curve_item.h"
@@ -53,6 +54,7 @@ class test_signal_views_t : public QObject {
   void spectrum_floor_holds_for_zeros_and_broken_samples();
   void ccdf_follows_the_gaussian_law_for_noise();
   void ccdf_of_a_constant_envelope_is_a_step();
+  void frequency_view_reads_the_deviation_of_fsk();
   void iq_view_takes_samples_from_another_thread();
   void constellation_is_round_and_labelled_in_bits();
   void empty_input_leaves_empty_axes();
@@ -139,6 +141,38 @@ void test_signal_views_t::ccdf_of_a_constant_envelope_is_a_step() {
   // Silence has no mean power to compare with: only the reference stays.
   view.update_ccdf(lib_iq_data_arr_t(100, 0.0));
   QVERIFY(!view.measured()->data_bounds(bounds));
+}
+
+// Two tones in turn, +-150 kHz at 4 MHz, 40 samples each, with a silent gap: the view reads back
+// each tone's frequency and leaves the gap (undefined phase) out.
+void test_signal_views_t::frequency_view_reads_the_deviation_of_fsk() {
+  const fp64 rate = 4e6;
+  lib_iq_data_arr_t samples;
+  fp64 phase = 0.3;
+  for (int symbol = 0; symbol < 20; ++symbol) {
+    const fp64 frequency = (symbol % 2 == 0) ? 150e3 : -150e3;
+    for (int k = 0; k < 40; ++k) {
+      samples.push_back(symbol == 7 ? lib_iq_sample_t(0.0) : std::polar(0.8, phase));
+      phase += 2.0 * M_PI * frequency / rate;
+    }
+  }
+  ui_frequency_view_t view;
+  view.update_frequency_wave(samples, samples.size() / rate, static_cast<uint32>(samples.size()));
+  const std::vector<fp64>& read = view.frequency()->samples().values();
+  QCOMPARE(read.size(), samples.size() - 1);
+  for (std::size_t n = 1; n < samples.size(); ++n) {
+    const int symbol = static_cast<int>((n - 1) / 40);
+    const bool silent = symbol == 7 || static_cast<int>(n / 40) == 7;
+    if (silent) {
+      QVERIFY(std::isnan(read[n - 1]));
+    } else {
+      QVERIFY(std::fabs(std::fabs(read[n - 1]) - 150e3) < 1e-6);
+    }
+  }
+  QCOMPARE(view.frequency()->x_of(0), 1.0 / rate);
+  view.update_frequency_wave({}, 1.0, 10);
+  ui_vchart_range_t bounds;
+  QVERIFY(!view.frequency()->data_bounds(bounds));
 }
 
 void test_signal_views_t::iq_view_takes_samples_from_another_thread() {
