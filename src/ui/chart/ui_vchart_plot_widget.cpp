@@ -87,10 +87,14 @@ void ui_vchart_plot_widget_t::data_changed() {
     all.y_min = _fixed_y_min;
     all.y_max = _fixed_y_max;
   } else {
-    // Headroom, so that the extremes do not sit on the frame.
-    const fp64 margin = 0.05 * (all.y_max - all.y_min);
-    all.y_min -= margin;
-    all.y_max += margin;
+    // Headroom, so that the extremes do not sit on the frame; in axis coordinates, so that a
+    // logarithmic axis gets it too.
+    const ui_vchart_axis_t& y_axis = _box.y_axis();
+    const fp64 low = y_axis.to_axis(all.y_min);
+    const fp64 high = y_axis.to_axis(all.y_max);
+    const fp64 margin = 0.05 * (high - low);
+    all.y_min = y_axis.from_axis(low - margin);
+    all.y_max = y_axis.from_axis(high + margin);
   }
   _box.set_full_range(all.x_min, all.x_max, all.y_min, all.y_max);
   _update_layout();
