@@ -58,6 +58,7 @@ ui_double_spin_box_t* ui_custom_iq_section_t::_add_number(const QString& name,
   box->setObjectName(object_name);
   box->set_unit(unit);
   ui_tree_parameter_t& row = _add_row(name, box);
+  row.set_limits_text(box->limits_text());
   connect(box, &ui_double_spin_box_t::sig_limits_changed, this,
           [&row](const QString& limits) { row.set_limits_text(limits); });
   connect(box, &ui_double_spin_box_t::sig_value_committed, this,
@@ -157,7 +158,8 @@ void ui_custom_iq_section_t::_show(QCheckBox* check, bool value) {
 
 void ui_custom_iq_section_t::_show(QLineEdit* edit, const std::string& text) {
   const QString shown = QString::fromStdString(text);
-  if (edit->text() != shown) {
+  // A name being typed is kept until its editing finishes.
+  if (edit->text() != shown && !(edit->hasFocus() && edit->isModified())) {
     const QSignalBlocker blocker(edit);
     edit->setText(shown);
   }

@@ -64,7 +64,8 @@ QString ui_double_spin_box_t::limits_text() const {
 }
 
 void ui_double_spin_box_t::set_value(fp64 value) {
-  if (value == _value && lineEdit()->text() == _shown_text) {
+  // The same value leaves an edit in progress alone.
+  if (value == _value) {
     return;
   }
   _value = value;
@@ -116,6 +117,9 @@ bool ui_double_spin_box_t::commit_text() {
 }
 
 fp64 ui_double_spin_box_t::_step_size(fp64 from, int direction) const {
+  if (_fixed_step > 0.0) {
+    return _fixed_step;
+  }
   fp64 magnitude = std::fabs(from);
   if (magnitude < common_lib::lib_tolerance) {
     // From zero: a thousandth of the larger limit, on a decade.

@@ -32,6 +32,9 @@ class ui_double_spin_box_t : public QAbstractSpinBox {
   void set_integer(bool integer);
   bool is_integer() const { return _integer; }
 
+  // A fixed step instead of the decade-aware one; 0 returns to decade-aware steps.
+  void set_fixed_step(fp64 step) { _fixed_step = step; }
+
   // Limits of committed values; the shown value is left as it is.
   void set_range(fp64 minimum, fp64 maximum);
   fp64 minimum() const { return _minimum; }
@@ -39,7 +42,8 @@ class ui_double_spin_box_t : public QAbstractSpinBox {
   // "250 Sym/s to 4 GSym/s", also the box's tooltip.
   QString limits_text() const;
 
-  // Shows `value` as given, without clamping or signal.
+  // Shows `value` as given, without clamping or signal. An edit in progress stays unless the
+  // value differs from the one shown before it.
   void set_value(fp64 value);
   fp64 value() const { return _value; }
 
@@ -78,6 +82,7 @@ class ui_double_spin_box_t : public QAbstractSpinBox {
   QString _unit;
   int _digits = 10;
   bool _integer = false;
+  fp64 _fixed_step = 0.0;
   fp64 _minimum = 0.0;
   fp64 _maximum = 0.0;
   fp64 _value = 0.0;

@@ -45,6 +45,8 @@ void ui_filter_box_t::refresh_from_engine() {
   set_rows_enabled(shaped);
   const bool oqpsk = modulator == MODULATOR_APSK_QAM && _engine.get_apsk_qam_type() == MOD_OQPSK;
   _show_allowed_filter_types(oqpsk);
+  // OQPSK keeps odd factors out, so the arrows skip them.
+  _oversampling->set_fixed_step(oqpsk ? 2.0 : 1.0);
   const bool msk = modulator == MODULATOR_MFSK && _engine.get_mfsk_type() == MOD_MSK;
   _row_of(_type).set_enabled(shaped && !msk);
   _type->setToolTip(msk ? tr("MSK always uses the Gaussian filter") : QString());

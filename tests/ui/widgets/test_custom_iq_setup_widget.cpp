@@ -96,6 +96,21 @@ void test_custom_iq_setup_widget_t::typed_rate_reaches_the_engine() {
   QCOMPARE(f.engine.get_waveform_name(), std::string("burst"));
 }
 
+void test_custom_iq_setup_widget_t::tab_walks_down_the_column() {
+  fixture_t f;
+  f.widget.show();
+  QApplication::setActiveWindow(&f.widget);
+  QVERIFY(QTest::qWaitForWindowActive(&f.widget));
+  f.find<QComboBox>("DataSourceType")->setFocus();
+  // The disabled custom bits button is skipped.
+  for (const char* next : {"symbolLength", "symbolRate", "modulationType", "ApskQamModulation"}) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QWidget* focused = QApplication::focusWidget();
+    QVERIFY2(focused == f.find<QWidget>(next) || f.find<QWidget>(next)->isAncestorOf(focused),
+             next);
+  }
+}
+
 void test_custom_iq_setup_widget_t::out_of_range_shows_the_engine_clamp() {
   fixture_t f;
   f.type("oversampling", QStringLiteral("32"));
@@ -144,6 +159,10 @@ void test_custom_iq_setup_widget_t::oqpsk_keeps_even_oversampling_and_refuses_ga
   f.type("oversampling", QStringLiteral("3"));
   QCOMPARE(f.engine.get_oversampling(), uint32(2));
   QCOMPARE(f.find<ui_double_spin_box_t>("oversampling")->text(), QStringLiteral("2"));
+  // The arrow steps over the odd factors.
+  QTest::keyClick(f.find<ui_double_spin_box_t>("oversampling"), Qt::Key_Up);
+  QCOMPARE(f.engine.get_oversampling(), uint32(4));
+  f.type("oversampling", QStringLiteral("2"));
 
   auto* model = qobject_cast<QStandardItemModel*>(f.find<QComboBox>("filterType")->model());
   const auto allowed = [&](filter_type_t type) {

@@ -25,6 +25,7 @@ class test_custom_iq_setup_widget_t : public QObject {
 
  private slots:
   void typed_rate_reaches_the_engine();
+  void tab_walks_down_the_column();
   void out_of_range_shows_the_engine_clamp();
   void msk_forces_gaussian_in_the_filter_box();
   void oqpsk_keeps_even_oversampling_and_refuses_gaussian();
