@@ -6,6 +6,7 @@
 #include <QtTest>
 #include <cmath>
 
+#include "ui/chart/ui_vchart_axis.h"
 #include "ui/chart/ui_vchart_plot_widget.h"
 #include "ui/chart/ui_vchart_sampled_curve_item.h"
 
@@ -62,6 +63,7 @@ class test_plot_interaction_t : public QObject {
   void read_out_names_the_sample_under_the_cursor();
   void painting_shows_a_single_spike_among_millions();
   void empty_plot_paints_axes();
+  void ticks_step_by_1_2_5_with_prefixes();
 
  private:
   ui_vchart_plot_widget_t* _plot = nullptr;
@@ -226,6 +228,34 @@ void test_plot_interaction_t::empty_plot_paints_axes() {
              Qt::NoButton);
   QVERIFY(!_plot->read_out().isEmpty());
   QVERIFY(!_plot->grab().isNull());
+}
+
+void test_plot_interaction_t::ticks_step_by_1_2_5_with_prefixes() {
+  nal::ui_vchart_axis_t axis;
+  axis.set_unit(QStringLiteral("Hz"));
+  QStringList labels;
+  for (const auto& tick : axis.ticks(-1.2e6, 2.7e6, 8)) {
+    labels << tick.label;
+  }
+  QCOMPARE(labels, QStringList({"-1 MHz", "-500 kHz", "0 Hz", "500 kHz", "1 MHz", "1.5 MHz",
+                                "2 MHz", "2.5 MHz"}));
+  QCOMPARE(nal::ui_vchart_axis_t::nice_step(7.0, 10), 1.0);
+  QCOMPARE(nal::ui_vchart_axis_t::nice_step(7.0, 4), 2.0);
+  QCOMPARE(nal::ui_vchart_axis_t::nice_step(0.03, 10), 0.005);
+  QCOMPARE(nal::ui_vchart_axis_t::nice_step(0.0, 10), 0.0);
+  // A logarithmic axis has decades, written plainly down to 0.01.
+  nal::ui_vchart_axis_t probability;
+  probability.set_log_scale(true);
+  labels.clear();
+  for (const auto& tick :
+       probability.ticks(probability.to_axis(1e-6), probability.to_axis(1.0), 8)) {
+    labels << tick.label;
+  }
+  QCOMPARE(labels, QStringList({"1e-6", "1e-5", "1e-4", "1e-3", "0.01", "0.1", "1"}));
+  // Sample indices and amplitudes read as plain numbers.
+  nal::ui_vchart_axis_t index;
+  index.set_engineering(false);
+  QCOMPARE(index.ticks(0.0, 1e7, 5).back().label, QStringLiteral("10000000"));
 }
 
 int run_plot_interaction_tests(int argc, char** argv) {
