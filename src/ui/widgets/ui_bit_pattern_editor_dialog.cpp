@@ -1,7 +1,6 @@
 #include "ui/widgets/ui_bit_pattern_editor_dialog.h"
 
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -15,20 +14,12 @@
 #include "ui/widgets/ui_message_label.h"
 
 namespace nal {
-namespace {
-
-const char* const file_filter = QT_TRANSLATE_NOOP("ui_bit_pattern_editor_dialog_t",
-                                                  "Bit pattern (*.txt *.bits);;All files (*)");
-
-}  // namespace
-
 ui_bit_pattern_editor_dialog_t::ui_bit_pattern_editor_dialog_t(const QString& bits, QWidget* parent)
-    : QDialog(parent),
+    : ui_file_editor_dialog_t(tr("Bit Pattern"), tr("Bit pattern (*.txt *.bits);;All files (*)"),
+                              parent),
       _edit(new QPlainTextEdit),
-      _count(new QLabel),
-      _message(new ui_message_label_t) {
+      _count(new QLabel) {
   setObjectName(QStringLiteral("BitPatternEditorDialog"));
-  setWindowTitle(tr("Custom Bits"));
   _edit->setObjectName(QStringLiteral("BitPatternEdit"));
   _edit->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   _edit->setPlaceholderText(tr("Type or paste 0 and 1, e.g. 0101 1100"));
@@ -36,37 +27,26 @@ ui_bit_pattern_editor_dialog_t::ui_bit_pattern_editor_dialog_t(const QString& bi
 
   auto* label = new QLabel(tr("&Bits (first bit on air first):"));
   label->setBuddy(_edit);
-  auto* load = new QPushButton(tr("&Load..."));
-  auto* save = new QPushButton(tr("&Save..."));
   auto* clear = new QPushButton(tr("C&lear"));
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
 
   auto* file_row = new QHBoxLayout;
   file_row->addWidget(_count, 1);
   file_row->addWidget(clear);
-  file_row->addWidget(load);
-  file_row->addWidget(save);
+  file_row->addWidget(_load_button);
+  file_row->addWidget(_save_button);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(label);
   layout->addWidget(_edit, 1);
   layout->addLayout(file_row);
   layout->addWidget(_message);
-  layout->addWidget(buttons);
+  layout->addWidget(_buttons);
   resize(520, 360);
 
   connect(_edit, &QPlainTextEdit::textChanged, this,
           &ui_bit_pattern_editor_dialog_t::_on_text_changed);
-  connect(load, &QPushButton::clicked, this, &ui_bit_pattern_editor_dialog_t::_choose_file_to_load);
-  connect(save, &QPushButton::clicked, this, &ui_bit_pattern_editor_dialog_t::_choose_file_to_save);
   connect(clear, &QPushButton::clicked, _edit, &QPlainTextEdit::clear);
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
   _edit->setPlainText(ui_bit_pattern_file_t::print(bits).trimmed());
-}
-
-QString ui_bit_pattern_editor_dialog_t::message() const {
-  return _message->text();
 }
 
 void ui_bit_pattern_editor_dialog_t::_on_text_changed() {
@@ -112,22 +92,6 @@ bool ui_bit_pattern_editor_dialog_t::save_file(const QString& path) {
   }
   _message->show_message(tr("Saved %1").arg(ui_count_text_t::bits(_bits.size())), false);
   return true;
-}
-
-void ui_bit_pattern_editor_dialog_t::_choose_file_to_load() {
-  const QString path =
-      QFileDialog::getOpenFileName(this, tr("Load Bit Pattern"), QString(), tr(file_filter));
-  if (!path.isEmpty()) {
-    load_file(path);
-  }
-}
-
-void ui_bit_pattern_editor_dialog_t::_choose_file_to_save() {
-  const QString path =
-      QFileDialog::getSaveFileName(this, tr("Save Bit Pattern"), QString(), tr(file_filter));
-  if (!path.isEmpty()) {
-    save_file(path);
-  }
 }
 
 }  // namespace nal

@@ -1,7 +1,6 @@
 #include "ui/widgets/ui_constellation_editor_dialog.h"
 
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -23,9 +22,6 @@ enum column_t { COLUMN_SYMBOL = 0, COLUMN_I = 1, COLUMN_Q = 2 };
 // Generous: points are normalised when the waveform is computed.
 constexpr fp64 max_coordinate = 1e6;
 
-const char* const file_filter = QT_TRANSLATE_NOOP("ui_constellation_editor_dialog_t",
-                                                  "Constellation (*.txt *.csv);;All files (*)");
-
 QTableWidgetItem* number_item(fp64 value) {
   auto* item = new QTableWidgetItem;
   item->setData(Qt::EditRole, value);
@@ -37,12 +33,11 @@ QTableWidgetItem* number_item(fp64 value) {
 
 ui_constellation_editor_dialog_t::ui_constellation_editor_dialog_t(
     const lib_constellation_map_t& map, QWidget* parent)
-    : QDialog(parent),
+    : ui_file_editor_dialog_t(tr("Constellation"), tr("Constellation (*.txt *.csv);;All files (*)"),
+                              parent),
       _table(new QTableWidget(0, 3)),
-      _preview(new ui_constellation_chart_t),
-      _message(new ui_message_label_t) {
+      _preview(new ui_constellation_chart_t) {
   setObjectName(QStringLiteral("ConstellationEditorDialog"));
-  setWindowTitle(tr("Custom Constellation"));
 
   _table->setObjectName(QStringLiteral("ConstellationTable"));
   _table->setHorizontalHeaderLabels({tr("Symbol"), tr("I"), tr("Q")});
@@ -60,17 +55,14 @@ ui_constellation_editor_dialog_t::ui_constellation_editor_dialog_t(
 
   auto* add = new QPushButton(tr("&Add point"));
   auto* remove = new QPushButton(tr("&Remove"));
-  auto* load = new QPushButton(tr("&Load..."));
-  auto* save = new QPushButton(tr("&Save..."));
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-  _ok = buttons->button(QDialogButtonBox::Ok);
+  _ok = _buttons->button(QDialogButtonBox::Ok);
 
   auto* table_buttons = new QHBoxLayout;
   table_buttons->addWidget(add);
   table_buttons->addWidget(remove);
   table_buttons->addStretch(1);
-  table_buttons->addWidget(load);
-  table_buttons->addWidget(save);
+  table_buttons->addWidget(_load_button);
+  table_buttons->addWidget(_save_button);
   auto* table_column = new QVBoxLayout;
   table_column->addWidget(_table, 1);
   table_column->addLayout(table_buttons);
@@ -80,25 +72,15 @@ ui_constellation_editor_dialog_t::ui_constellation_editor_dialog_t(
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(body, 1);
   layout->addWidget(_message);
-  layout->addWidget(buttons);
+  layout->addWidget(_buttons);
   resize(760, 440);
 
   connect(_table, &QTableWidget::itemChanged, this,
           &ui_constellation_editor_dialog_t::_on_table_changed);
   connect(add, &QPushButton::clicked, this, &ui_constellation_editor_dialog_t::_add_point);
   connect(remove, &QPushButton::clicked, this, &ui_constellation_editor_dialog_t::_remove_points);
-  connect(load, &QPushButton::clicked, this,
-          &ui_constellation_editor_dialog_t::_choose_file_to_load);
-  connect(save, &QPushButton::clicked, this,
-          &ui_constellation_editor_dialog_t::_choose_file_to_save);
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
   _set_rows(ui_constellation_file_t::from_map(map));
-}
-
-QString ui_constellation_editor_dialog_t::message() const {
-  return _message->text();
 }
 
 ui_constellation_rows_t ui_constellation_editor_dialog_t::rows() const {
@@ -200,22 +182,6 @@ bool ui_constellation_editor_dialog_t::save_file(const QString& path) {
   }
   _message->show_message(tr("Saved %1").arg(ui_count_text_t::points(_table->rowCount())), false);
   return true;
-}
-
-void ui_constellation_editor_dialog_t::_choose_file_to_load() {
-  const QString path =
-      QFileDialog::getOpenFileName(this, tr("Load Constellation"), QString(), tr(file_filter));
-  if (!path.isEmpty()) {
-    load_file(path);
-  }
-}
-
-void ui_constellation_editor_dialog_t::_choose_file_to_save() {
-  const QString path =
-      QFileDialog::getSaveFileName(this, tr("Save Constellation"), QString(), tr(file_filter));
-  if (!path.isEmpty()) {
-    save_file(path);
-  }
 }
 
 }  // namespace nal

@@ -4,10 +4,9 @@
 // constellation text files. OK is enabled only while the table makes a usable constellation.
 // A file that cannot be read leaves the table as it was.
 
-#include <QDialog>
-
 #include "lib/lib_types.h"
 #include "ui/widgets/ui_constellation_file.h"
+#include "ui/widgets/ui_file_editor_dialog.h"
 
 class QPushButton;
 class QTableWidget;
@@ -15,9 +14,8 @@ class QTableWidget;
 namespace nal {
 
 class ui_constellation_chart_t;
-class ui_message_label_t;
 
-class ui_constellation_editor_dialog_t : public QDialog {
+class ui_constellation_editor_dialog_t : public ui_file_editor_dialog_t {
   Q_OBJECT
 
  public:
@@ -30,23 +28,19 @@ class ui_constellation_editor_dialog_t : public QDialog {
   lib_constellation_map_t constellation() const;
   // Empty while the table makes a usable constellation.
   QString problem() const { return _problem; }
-  QString message() const;
 
-  // On failure the table is unchanged and message() tells why (with the line for a bad line).
-  bool load_file(const QString& path);
-  bool save_file(const QString& path);
+  // See base class. A faulty line is named in the message.
+  bool load_file(const QString& path) override;
+  bool save_file(const QString& path) override;
 
  private:
   void _set_rows(const ui_constellation_rows_t& rows);
   void _on_table_changed();
   void _add_point();
   void _remove_points();
-  void _choose_file_to_load();
-  void _choose_file_to_save();
 
   QTableWidget* _table;
   ui_constellation_chart_t* _preview;
-  ui_message_label_t* _message;
   QPushButton* _ok;
   QString _problem;
 };
