@@ -28,6 +28,12 @@ void ui_custom_iq_section_t::set_rows_enabled(bool enabled) {
   }
 }
 
+void ui_custom_iq_section_t::fit_row_heights() {
+  for (const auto& row : _rows) {
+    row->fit_height();
+  }
+}
+
 ui_tree_parameter_t& ui_custom_iq_section_t::_add_row(const QString& name, QWidget* editor) {
   _rows.push_back(std::make_unique<ui_tree_parameter_t>(_group, name, editor));
   return *_rows.back();

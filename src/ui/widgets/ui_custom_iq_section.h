@@ -40,6 +40,8 @@ class ui_custom_iq_section_t : public QObject {
   void set_rows_visible(bool visible);
   // Enables or greys out every row of the section.
   void set_rows_enabled(bool enabled);
+  // Sets every row's height from its editor, after the style has settled the editors' sizes.
+  virtual void fit_row_heights();
 
   // The entries of an enumeration's text map from `first` to `last`; "&&" is shown as "&".
   template <typename enum_t>

@@ -84,8 +84,11 @@ ui_custom_iq_setup_widget_t::ui_custom_iq_setup_widget_t(custom_iq_t& engine, QW
 }
 
 void ui_custom_iq_setup_widget_t::showEvent(QShowEvent* event) {
-  // Fonts are final once the style sheet has polished the tree.
+  // Fonts and editor sizes are final once the style sheet has polished the tree.
   fit_name_column(*_tree);
+  for (ui_custom_iq_section_t* box : _boxes) {
+    box->fit_row_heights();
+  }
   QWidget::showEvent(event);
 }
 

@@ -69,4 +69,11 @@ void ui_modulation_box_t::refresh_from_engine() {
   }
 }
 
+void ui_modulation_box_t::fit_row_heights() {
+  ui_custom_iq_section_t::fit_row_heights();
+  for (ui_custom_iq_section_t* panel : _panels) {
+    panel->fit_row_heights();
+  }
+}
+
 }  // namespace nal

@@ -18,6 +18,8 @@ class ui_modulation_box_t : public ui_custom_iq_section_t {
 
   // See base class.
   void refresh_from_engine() override;
+  // See base class; the panels' rows too.
+  void fit_row_heights() override;
 
  private:
   QComboBox* _modulator;
