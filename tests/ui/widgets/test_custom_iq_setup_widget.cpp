@@ -233,7 +233,17 @@ void test_custom_iq_setup_widget_t::lfm_segment_table_follows_the_engine() {
   table->item(1, 1)->setData(Qt::EditRole, 80e6);
   QCOMPARE(f.engine.get_lfm_segment_list()[1].stop_frequency, 5e7);
   QCOMPARE(table->item(1, 1)->data(Qt::EditRole).toDouble(), 5e7);
-  table->item(2, 2)->setData(Qt::EditRole, 0.25);
+  // Typed into the cell's own editor, with units.
+  f.widget.show();
+  table->editItem(table->item(2, 2));
+  auto* editor = table->viewport()->findChild<ui_double_spin_box_t*>();
+  QVERIFY(editor != nullptr);
+  QCOMPARE(editor->text(), QStringLiteral("1 ms"));
+  editor->findChild<QLineEdit*>()->selectAll();
+  QTest::keyClicks(editor, QStringLiteral("250 m"));
+  QTest::keyClick(editor, Qt::Key_Return);
+  // The view commits and closes its editor through the event loop.
+  QApplication::processEvents();
   QCOMPARE(f.engine.get_lfm_segment_list()[2].duration, 0.25);
   QCOMPARE(f.find<QLabel>("lfmTotalTime")->text(), QStringLiteral("255 ms"));
 
