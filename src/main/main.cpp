@@ -11,6 +11,8 @@
 #include "main/ui_main_window.h"
 #include "main/ui_startup_probe.h"
 #include "ui/chart/ui_iq_waveform_view.h"
+#include "ui/chart/ui_vchart_plot_widget.h"
+#include "ui/chart/ui_vchart_sampled_curve_item.h"
 #include "ui/pages/ui_protocol_page.h"
 #include "ui/pages/ui_resources.h"
 #include "ui/pages/ui_tab_widget.h"
@@ -51,7 +53,9 @@ int main(int argc, char* argv[]) {
     auto* page = qobject_cast<nal::ui_protocol_page_t*>(
         window.tab_widget()->page(window.tab_widget()->current_index()));
     if (page != nullptr) {
-      new nal::ui_startup_probe_t(page->iq_view());
+      const nal::ui_iq_waveform_view_t* view = page->iq_view();
+      new nal::ui_startup_probe_t(view->plot(),
+                                  [view] { return view->in_phase()->samples().size() > 0; });
     }
   }
   window.show();

@@ -51,7 +51,12 @@ ui_main_window_t::ui_main_window_t(ui_page_factory_t pages)
   setWindowTitle("Wavelume");
   setWindowIcon(QIcon(":/image/Wavelume.pro"));
   setObjectName("MainWindow");
-  setStyleSheet("file:///:/qss/windows_ui.qss");
+  // Qt 5 reads a "file:///" style sheet only at application level, so the window takes the
+  // sheet's text from the resource tree.
+  QFile sheet(":/qss/windows_ui.qss");
+  if (sheet.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    setStyleSheet(QString::fromUtf8(sheet.readAll()));
+  }
   _build_menu();
   _build_title_bar();
   _build_tabs();

@@ -14,7 +14,8 @@
 
 namespace nal {
 
-ui_startup_probe_t::ui_startup_probe_t(QWidget* watched) : QObject(watched) {
+ui_startup_probe_t::ui_startup_probe_t(QWidget* watched, std::function<bool()> ready)
+    : QObject(watched), _ready(std::move(ready)) {
   watched->installEventFilter(this);
 }
 
@@ -43,7 +44,7 @@ double ui_startup_probe_t::milliseconds_since_process_start() {
 }
 
 bool ui_startup_probe_t::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Paint && !_reported) {
+  if (event->type() == QEvent::Paint && !_reported && _ready()) {
     _reported = true;
     std::printf("startup_ms=%.0f\n", milliseconds_since_process_start());
     std::fflush(stdout);

@@ -11,6 +11,7 @@ ui_tab_bar_t::ui_tab_bar_t(QWidget* parent)
     : QFrame(parent),
       _tab_layout(new QHBoxLayout),
       _add_button(new ui_close_button_t(":/image/add_tab.png", 8, 20, this)) {
+  setObjectName("TabBar");
   setFixedHeight(40);
   _tab_layout->setSpacing(1);
   _tab_layout->setContentsMargins(0, 0, 0, 0);
