@@ -50,25 +50,11 @@ bool tone_configuration_t::save_to_xml(pugi::xml_node& node) const {
 }
 
 bool tone_configuration_t::set_amplitude(nal::fp64 amplitude) {
-  if (amplitude == _amplitude) {
-    return false;
-  }
-  _amplitude = amplitude;
-  if (_changed) {
-    _changed(true);
-  }
-  return true;
+  return _set(_amplitude, amplitude);
 }
 
 bool tone_configuration_t::set_length(nal::uint32 length) {
-  if (length == _length) {
-    return false;
-  }
-  _length = length;
-  if (_changed) {
-    _changed(true);
-  }
-  return true;
+  return _set(_length, length);
 }
 
 tone_page_t::tone_page_t(QWidget* parent)

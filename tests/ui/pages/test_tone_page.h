@@ -40,6 +40,19 @@ class tone_configuration_t : public nal::cfg_protocol_base_t {
   void set_change_callback(std::function<void(bool)> callback) { _changed = std::move(callback); }
 
  private:
+  // Stores a changed value and reports the change, as a configuration's setters do.
+  template <typename value_t>
+  bool _set(value_t& field, value_t value) {
+    if (field == value) {
+      return false;
+    }
+    field = value;
+    if (_changed) {
+      _changed(true);
+    }
+    return true;
+  }
+
   nal::fp64 _amplitude = 0.5;
   nal::uint32 _length = 1000;
   // Written by every computation, so that two threads on one object would race visibly.
