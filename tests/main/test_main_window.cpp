@@ -3,6 +3,7 @@
 // line), the title bar's full size and restore, and the edges that resize the frameless window.
 
 #include <QAction>
+#include <QGridLayout>
 #include <QMenuBar>
 #include <QProcess>
 #include <QPushButton>
@@ -16,6 +17,7 @@
 #include "cfg/cfg_custom_iq.h"
 #include "main/ui_frameless_resizer.h"
 #include "main/ui_home_page.h"
+#include "main/ui_home_protocol_dialog.h"
 #include "main/ui_home_square_btn.h"
 #include "main/ui_main_window.h"
 #include "main/ui_title_bar.h"
@@ -251,6 +253,20 @@ class MainWindow : public QObject {
     QTest::mouseDClick(bar, Qt::LeftButton, Qt::NoModifier, QPoint(400, 10));
     QVERIFY(!bar->is_maximized_shown());
     QCOMPARE(window.geometry(), normal);
+  }
+
+  void protocol_overlay_adds_the_chosen_tab_and_closes() {
+    ui_main_window_t window;
+    nal::ui_home_protocol_dialog_t overlay("IoT", {"802.15.4 SUN FSK", "Custom IQ", "Toolkit"});
+    QCOMPARE(overlay.geometry(), window.geometry());
+    auto* grid = overlay.findChild<QWidget*>("Content")->findChild<QGridLayout*>();
+    QCOMPARE(grid->itemAtPosition(1, 0)->widget()->property("text").toString(), QString("Toolkit"));
+    overlay.show();
+    QTest::mouseClick(qobject_cast<QPushButton*>(grid->itemAtPosition(0, 1)->widget()),
+                      Qt::LeftButton);
+    delete_closed_widgets();
+    QVERIFY(!overlay.isVisible());
+    QVERIFY(is_page<nal::ui_custom_iq_page_t>(window, 0));
   }
 
   void resize_edges_of_the_frameless_window() {
