@@ -74,6 +74,16 @@ nal::ui_page_factory_t pages_with_toolkit() {
   return pages;
 }
 
+// A left-button drag on `widget`; the move goes straight to it, as the window system would send it
+// while the button is held.
+void drag(QWidget* widget, const QPoint& from, const QPoint& to) {
+  QTest::mousePress(widget, Qt::LeftButton, Qt::NoModifier, from);
+  QMouseEvent move(QEvent::MouseMove, to, widget->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                   Qt::NoModifier);
+  QApplication::sendEvent(widget, &move);
+  QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, to);
+}
+
 template <typename page_t>
 bool is_page(ui_main_window_t& window, int index) {
   return qobject_cast<page_t*>(window.tab_widget()->page(index)) != nullptr;
@@ -239,20 +249,27 @@ class MainWindow : public QObject {
   void title_bar_full_size_and_restore_are_geometry_changes() {
     ui_main_window_t window;
     window.move(40, 30);
-    const QRect normal = window.geometry();
     nal::ui_title_bar_t* bar = window.title_bar();
+    const QRect normal = window.geometry();
     QTest::mouseDClick(bar, Qt::LeftButton, Qt::NoModifier, QPoint(400, 10));
     QVERIFY(bar->is_maximized_shown());
     QCOMPARE(window.geometry(), QGuiApplication::primaryScreen()->availableGeometry());
     QVERIFY(!window.isMaximized());
     // No drag at full size.
-    QTest::mousePress(bar, Qt::LeftButton, Qt::NoModifier, QPoint(400, 10));
-    QTest::mouseMove(bar, QPoint(450, 40));
-    QTest::mouseRelease(bar, Qt::LeftButton, Qt::NoModifier, QPoint(450, 40));
+    drag(bar, QPoint(400, 10), QPoint(450, 40));
     QCOMPARE(window.geometry(), QGuiApplication::primaryScreen()->availableGeometry());
     QTest::mouseDClick(bar, Qt::LeftButton, Qt::NoModifier, QPoint(400, 10));
     QVERIFY(!bar->is_maximized_shown());
     QCOMPARE(window.geometry(), normal);
+  }
+
+  void title_bar_drags_the_window() {
+    ui_main_window_t window;
+    window.move(40, 30);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    drag(window.title_bar(), QPoint(400, 10), QPoint(450, 40));
+    QCOMPARE(window.pos(), QPoint(90, 60));
   }
 
   void protocol_overlay_adds_the_chosen_tab_and_closes() {
