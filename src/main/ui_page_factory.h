@@ -1,0 +1,31 @@
+#pragma once
+// Which protocol pages this build has, and how to make each. The main window asks it for Home
+// buttons, menus and recalled tabs; a kind without a page is simply not offered a page (its
+// button stays and does nothing). Tests add pages of their own.
+
+#include <functional>
+#include <map>
+
+#include "cfg/cfg_protocol_type.h"
+
+namespace nal {
+
+class ui_protocol_page_t;
+
+class ui_page_factory_t {
+ public:
+  // Makes a parentless page with its own default configuration.
+  using creator_t = std::function<ui_protocol_page_t*()>;
+
+  // Every page of this build.
+  static ui_page_factory_t standard();
+
+  void add(protocol_type_t type, creator_t creator);
+  // Null for a kind without a page.
+  ui_protocol_page_t* create(protocol_type_t type) const;
+
+ private:
+  std::map<protocol_type_t, creator_t> _creators;
+};
+
+}  // namespace nal

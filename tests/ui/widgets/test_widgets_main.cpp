@@ -1,0 +1,31 @@
+// Runs every widget test class of this folder in one process.
+
+#include <QApplication>
+#include <QtTest>
+
+#include "test_widget_classes.h"
+
+void grab_if_asked(QWidget& widget, const QString& name) {
+  const QString folder = qEnvironmentVariable("WAVELUME_GRAB_DIR");
+  if (!folder.isEmpty()) {
+    widget.grab().save(QStringLiteral("%1/%2.png").arg(folder, name));
+  }
+}
+
+int main(int argc, char** argv) {
+  QApplication app(argc, argv);
+  int failures = 0;
+  {
+    test_double_spin_box_t test;
+    failures += QTest::qExec(&test, argc, argv);
+  }
+  {
+    test_custom_iq_setup_widget_t test;
+    failures += QTest::qExec(&test, argc, argv);
+  }
+  {
+    test_pattern_editors_t test;
+    failures += QTest::qExec(&test, argc, argv);
+  }
+  return failures == 0 ? 0 : 1;
+}
