@@ -2,7 +2,6 @@
 // the texts of each identification and status, the enabling rule, the keys, and a download of
 // the current setting answered by a page.
 
-#include <QCheckBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -59,15 +58,6 @@ struct recorded_link_t {
   nal::visa_device_manager_t devices{visa};
   nal::comm_deal_t deal{devices};
 };
-
-ui_dev_item_t* row(const ui_dialog_download_waveform_data_t& dialog, const QString& name) {
-  return dialog.get_dev_list()->get_item(name);
-}
-
-void tick(const ui_dialog_download_waveform_data_t& dialog, const QString& name) {
-  QTest::mouseClick(row(dialog, name)->findChild<QCheckBox*>(QStringLiteral("DevItemSelect")),
-                    Qt::LeftButton);
-}
 
 QPushButton* download_button(const ui_dialog_download_waveform_data_t& dialog) {
   return dialog.findChild<QPushButton*>(QStringLiteral("Download"));
@@ -221,10 +211,8 @@ class device_rows_tests : public QObject {
     recorded_link_t link;
     ui_dialog_download_waveform_data_t dialog(link.deal);
     QVERIFY(show_and_list(dialog));
-    for (const QString& name : {first, second}) {
-      QTest::mouseDClick(row(dialog, name), Qt::LeftButton);
-      tick(dialog, name);
-    }
+    connect_and_tick(dialog, first);
+    connect_and_tick(dialog, second);
     tick(dialog, silent);
     QSignalSpy asked(&dialog,
                      &ui_dialog_download_waveform_data_t::sig_download_curr_waveform_to_inst);
@@ -254,8 +242,7 @@ class device_rows_tests : public QObject {
     recorded_link_t link;
     ui_dialog_download_waveform_data_t dialog(link.deal);
     QVERIFY(show_and_list(dialog));
-    QTest::mouseDClick(row(dialog, first), Qt::LeftButton);
-    tick(dialog, first);
+    connect_and_tick(dialog, first);
     QTest::mouseClick(download_button(dialog), Qt::LeftButton);
     QCOMPARE(status_label(row(dialog, first))->text(), status_texts[3]);
   }

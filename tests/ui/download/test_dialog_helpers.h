@@ -3,6 +3,7 @@
 // and the wait for the list that the Download dialog asks for once it is shown.
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QEvent>
 #include <QLabel>
 #include <QMessageBox>
@@ -34,6 +35,24 @@ inline const QStringList status_texts = {
     QString(), QStringLiteral("<span style='color:#197DDF;'>[Downloading...]</span>"),
     QStringLiteral("<span style='color:#3c3;'>[Download OK (√)]</span>"),
     QStringLiteral("<span style='color:red;'>[Download Failed (×)]</span>")};
+
+inline nal::ui_dev_item_t* row(const nal::ui_dialog_download_waveform_data_t& dialog,
+                               const QString& name) {
+  return dialog.get_dev_list()->get_item(name);
+}
+
+// Ticks or unticks the row of `name` with the mouse.
+inline void tick(const nal::ui_dialog_download_waveform_data_t& dialog, const QString& name) {
+  QTest::mouseClick(row(dialog, name)->findChild<QCheckBox*>(QStringLiteral("DevItemSelect")),
+                    Qt::LeftButton);
+}
+
+// What a user does to make a device a target: a double click on the row, then its tick box.
+inline void connect_and_tick(const nal::ui_dialog_download_waveform_data_t& dialog,
+                             const QString& name) {
+  QTest::mouseDClick(row(dialog, name), Qt::LeftButton);
+  tick(dialog, name);
+}
 
 inline QLabel* info_label(nal::ui_dev_item_t* row) {
   return row->findChild<QLabel*>(QStringLiteral("DevItemInfo"));

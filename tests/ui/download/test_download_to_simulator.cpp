@@ -4,7 +4,6 @@
 // WAVELUME_UI_GRAB_DIR set, the dialog is also saved there as download_dialog.png to be looked
 // at.
 
-#include <QCheckBox>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
@@ -31,7 +30,6 @@ namespace test_ui_download {
 
 namespace {
 
-using nal::ui_dev_item_t;
 using nal::ui_dialog_download_waveform_data_t;
 using wavelume_test::sim_transport_t;
 
@@ -77,8 +75,14 @@ QByteArray waveform_file_bytes() {
   return bytes;
 }
 
-ui_dev_item_t* row(const ui_dialog_download_waveform_data_t& dialog, const QString& name) {
-  return dialog.get_dev_list()->get_item(name);
+// The file "burst.ARB" in `folder`; empty when it could not be written.
+QString write_waveform_file(const QTemporaryDir& folder) {
+  QFile file(folder.filePath(QStringLiteral("burst.ARB")));
+  if (!folder.isValid() || !file.open(QIODevice::WriteOnly) ||
+      file.write(waveform_file_bytes()) != waveform_file_bytes().size()) {
+    return QString();
+  }
+  return file.fileName();
 }
 
 // Wide enough for the simulator's whole identification, which a dialog of the usual width
@@ -86,12 +90,6 @@ ui_dev_item_t* row(const ui_dialog_download_waveform_data_t& dialog, const QStri
 bool show_wide_and_list(ui_dialog_download_waveform_data_t& dialog) {
   dialog.resize(900, 440);
   return show_and_list(dialog);
-}
-
-void connect_and_tick(const ui_dialog_download_waveform_data_t& dialog, const QString& name) {
-  QTest::mouseDClick(row(dialog, name), Qt::LeftButton);
-  QTest::mouseClick(row(dialog, name)->findChild<QCheckBox*>(QStringLiteral("DevItemSelect")),
-                    Qt::LeftButton);
 }
 
 void download_from(ui_dialog_download_waveform_data_t& dialog, const QString& path) {
@@ -155,18 +153,15 @@ class download_to_simulator_tests : public QObject {
     connect_and_tick(dialog, link.socket);
     connect_and_tick(dialog, link.hislip);
     QTemporaryDir folder;
-    QVERIFY(folder.isValid());
-    QFile file(folder.filePath(QStringLiteral("burst.ARB")));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(waveform_file_bytes());
-    file.close();
+    const QString path = write_waveform_file(folder);
+    QVERIFY(!path.isEmpty());
     QString caption;
     QString filter;
     dialog.set_file_chooser(
         [&](QWidget*, const QString& asked_caption, const QString& asked_filter) {
           caption = asked_caption;
           filter = asked_filter;
-          return file.fileName();
+          return path;
         });
     QTest::mouseClick(dialog.findChild<QRadioButton*>(QStringLiteral("FromFile")), Qt::LeftButton);
     QTest::mouseClick(dialog.findChild<QPushButton*>(QStringLiteral("Download")), Qt::LeftButton);
@@ -189,29 +184,26 @@ class download_to_simulator_tests : public QObject {
              std::vector<sim_transport_t>{sim_transport_t::raw_socket, sim_transport_t::hislip}));
   }
 
-  void cancelled_file_box_sends_nothing_and_fails() {
+  // A cancelled file box, or a file that cannot be read, gives an empty array: the link
+  // refuses it before anything is written, and the row fails.
+  void no_file_bytes_send_nothing_and_fail_data() {
+    QTest::addColumn<QString>("chosen");
+    QTest::newRow("cancelled") << QString();
+    QTest::newRow("missing file") << QStringLiteral("/nonexistent/burst.ARB");
+  }
+
+  void no_file_bytes_send_nothing_and_fail() {
+    QFETCH(QString, chosen);
     simulated_link_t link;
     QVERIFY(link.started);
     ui_dialog_download_waveform_data_t dialog(*link.deal);
     QVERIFY(show_and_list(dialog));
     connect_and_tick(dialog, link.socket);
-    download_from(dialog, QString());
+    download_from(dialog, chosen);
     QCOMPARE(status_label(row(dialog, link.socket))->text(), status_texts[3]);
     // Whatever might still be under way on the wire has had time to arrive.
     QTest::qWait(300);
     QVERIFY(!any_block_written(link.instrument.record().events()));
-    QVERIFY(link.instrument.record().blocks().empty());
-  }
-
-  void unreadable_file_sends_nothing_and_fails() {
-    simulated_link_t link;
-    QVERIFY(link.started);
-    ui_dialog_download_waveform_data_t dialog(*link.deal);
-    QVERIFY(show_and_list(dialog));
-    connect_and_tick(dialog, link.socket);
-    QTemporaryDir folder;
-    download_from(dialog, folder.filePath(QStringLiteral("missing.ARB")));
-    QCOMPARE(status_label(row(dialog, link.socket))->text(), status_texts[3]);
     QVERIFY(link.instrument.record().blocks().empty());
   }
 
@@ -224,12 +216,10 @@ class download_to_simulator_tests : public QObject {
     QCOMPARE(info_label(row(dialog, link.hislip))->text(), known_text(simulator_idn()));
     link.instrument.stop();
     QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("burst.ARB")));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(waveform_file_bytes());
-    file.close();
+    const QString path = write_waveform_file(folder);
+    QVERIFY(!path.isEmpty());
 
-    download_from(dialog, file.fileName());
+    download_from(dialog, path);
     QCOMPARE(status_label(row(dialog, link.hislip))->text(), status_texts[3]);
     QCOMPARE(info_label(row(dialog, link.hislip))->text(), unknown_text);
     QVERIFY(!dialog.findChild<QPushButton*>(QStringLiteral("Download"))->isEnabled());
