@@ -15,6 +15,13 @@ ui_dev_list_widget_t::ui_dev_list_widget_t(QWidget* parent)
   setSelectionMode(QAbstractItemView::SingleSelection);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  // The rows draw their texts in their own colours over the selection, so the current row is
+  // only tinted, to keep red and grey texts readable on it.
+  QPalette tinted = palette();
+  QColor highlight = tinted.color(QPalette::Highlight);
+  highlight.setAlpha(48);
+  tinted.setColor(QPalette::Highlight, highlight);
+  setPalette(tinted);
   _overlay->setObjectName(QStringLiteral("DevListOverlay"));
   _overlay->setText(QStringLiteral("Updating Devices Information..."));
   _overlay->setAlignment(Qt::AlignCenter);
