@@ -226,10 +226,17 @@ QByteArray ui_dialog_download_waveform_data_t::_read_chosen_file() {
     return QByteArray();
   }
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly) || file.size() > max_file_bytes) {
-    qWarning(
-        "Download: cannot read '%s' whole: %s", qUtf8Printable(path),
-        file.isOpen() ? "larger than one instrument transfer" : qUtf8Printable(file.errorString()));
+  QString problem;
+  if (!file.open(QIODevice::ReadOnly)) {
+    problem = file.errorString();
+  } else if (file.isSequential()) {
+    // A device or pipe may never end.
+    problem = QStringLiteral("not a regular file");
+  } else if (file.size() > max_file_bytes) {
+    problem = QStringLiteral("larger than one instrument transfer");
+  }
+  if (!problem.isEmpty()) {
+    qWarning("Download: cannot read '%s': %s", qUtf8Printable(path), qUtf8Printable(problem));
     return QByteArray();
   }
   try {

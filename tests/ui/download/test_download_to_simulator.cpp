@@ -184,12 +184,13 @@ class download_to_simulator_tests : public QObject {
              std::vector<sim_transport_t>{sim_transport_t::raw_socket, sim_transport_t::hislip}));
   }
 
-  // A cancelled file box, or a file that cannot be read, gives an empty array: the link
+  // A cancelled file box, or a file that cannot be read whole, gives an empty array: the link
   // refuses it before anything is written, and the row fails.
   void no_file_bytes_send_nothing_and_fail_data() {
     QTest::addColumn<QString>("chosen");
     QTest::newRow("cancelled") << QString();
     QTest::newRow("missing file") << QStringLiteral("/nonexistent/burst.ARB");
+    QTest::newRow("device that never ends") << QStringLiteral("/dev/zero");
   }
 
   void no_file_bytes_send_nothing_and_fail() {
