@@ -6,8 +6,6 @@
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTest>
-#include <algorithm>
-#include <functional>
 #include <memory>
 
 #include "comm/comm_deal.h"
@@ -22,38 +20,23 @@ namespace test_ui_download {
 namespace {
 
 using nal::ui_dev_item_t;
-using nal::ui_device_model_t;
 using nal::ui_dialog_download_waveform_data_t;
 
 const QString first = QStringLiteral("GPIB0::7::INSTR");
 const QString second = QStringLiteral("TCPIP0::10.0.0.7::inst0::INSTR");
 const QString silent = QStringLiteral("USB0::0x1AB1::0x0641::B::INSTR");
 
-// A VISA double that lets a test look at the screen when an instrument session opens.
-class watched_visa_t : public test_comm::recording_visa_t {
- public:
-  std::function<void()> on_open;
-
-  nal::comm_vi_status_t open(nal::comm_vi_session_t rm, const char* name, std::uint32_t mode,
-                             std::uint32_t timeout, nal::comm_vi_session_t& vi) override {
-    if (on_open) {
-      on_open();
-    }
-    return recording_visa_t::open(rm, name, mode, timeout, vi);
-  }
-};
-
 // Three instruments found: two that answer, one that never does.
 struct recorded_link_t {
-  static std::shared_ptr<watched_visa_t> make_visa() {
-    auto visa = std::make_shared<watched_visa_t>();
+  static std::shared_ptr<test_comm::recording_visa_t> make_visa() {
+    auto visa = std::make_shared<test_comm::recording_visa_t>();
     visa->found = {silent.toStdString(), second.toStdString(), first.toStdString()};
     visa->instruments[first.toStdString()] = "Acme,SG1,7,1.0";
     visa->instruments[second.toStdString()] = "Acme,SG2,8,2.0";
     return visa;
   }
 
-  std::shared_ptr<watched_visa_t> visa = make_visa();
+  std::shared_ptr<test_comm::recording_visa_t> visa = make_visa();
   // Searches at once, so the instruments are set up first.
   nal::visa_device_manager_t devices{visa};
   nal::comm_deal_t deal{devices};
@@ -147,18 +130,6 @@ class device_rows_tests : public QObject {
     QCOMPARE(status_label(row(dialog, first))->text(), status_texts[3]);
     // Identification and status do not disturb each other.
     QCOMPARE(info_label(row(dialog, first))->text(), known_text("Acme,SG1,7,1.0"));
-  }
-
-  void connection_text_is_on_screen_before_the_link_blocks() {
-    recorded_link_t link;
-    ui_dialog_download_waveform_data_t dialog(link.deal);
-    QVERIFY(show_and_list(dialog));
-    paint_spy_t painted(info_label(row(dialog, second)));
-    QString on_screen_at_open;
-    link.visa->on_open = [&] { on_screen_at_open = painted.last_painted(); };
-    QTest::mouseDClick(row(dialog, second), Qt::LeftButton);
-    QCOMPARE(on_screen_at_open, connecting_text);
-    QCOMPARE(info_label(row(dialog, second))->text(), known_text("Acme,SG2,8,2.0"));
   }
 
   void download_is_enabled_by_a_ticked_identified_device() {
