@@ -11,8 +11,10 @@
 #include <typeinfo>
 
 #include "cfg/cfg_protocol_state.h"
+#include "comm/comm_deal.h"
 #include "ui/chart/ui_fft_spectrum_view.h"
 #include "ui/chart/ui_iq_waveform_view.h"
+#include "ui/download/ui_dialog_download_waveform_data.h"
 #include "ui/pages/ui_tab_bar.h"
 #include "ui/pages/ui_tab_widget.h"
 #include "ui/pages/ui_update_blink.h"
@@ -111,7 +113,9 @@ bool ui_protocol_page_t::save_wavefrom_to_file(const QString& FilePath) {
 }
 
 void ui_protocol_page_t::download_waveform_to_instrument(const QString& resName) {
-  const bool successed = _configuration->download_wavefrom_to_instrument();
+  // The configuration sends to the current instrument, so this one becomes current first.
+  const bool successed = comm_deal_t::instance()->connect_resource(resName) &&
+                         _configuration->download_wavefrom_to_instrument();
   emit sig_download_data_callback(resName, successed);
 }
 
@@ -201,9 +205,12 @@ void ui_protocol_page_t::_on_recall() {
 }
 
 void ui_protocol_page_t::_on_download() {
-  _set_status(
-      tr("No instrument link is available in this build: save the waveform as an .ARB "
-         "file and load it on the instrument."));
+  ui_dialog_download_waveform_data_t dialog(window());
+  connect(&dialog, &ui_dialog_download_waveform_data_t::sig_download_curr_waveform_to_inst, this,
+          &ui_protocol_page_t::download_waveform_to_instrument);
+  connect(this, &ui_protocol_page_t::sig_download_data_callback, &dialog,
+          &ui_dialog_download_waveform_data_t::on_download_data_callback);
+  dialog.exec();
 }
 
 }  // namespace nal

@@ -13,6 +13,8 @@
 #include <memory>
 
 #include "cfg/cfg_custom_iq.h"
+#include "comm/visa_device_manager.h"
+#include "tests/comm/simulator/sim_instrument.h"
 #include "tests/ui/pages/test_tone_page.h"
 #include "ui/pages/ui_close_button.h"
 #include "ui/pages/ui_custom_iq_page.h"
@@ -246,6 +248,34 @@ class PageFrame : public QObject {
     QVERIFY(!page.recall_from_path(tone_state));
     QCOMPARE(page.custom_iq_configuration().engine().get_apsk_qam_type(), nal::MOD_8PSK);
     QVERIFY(!page.recall_from_path(folder.filePath("missing.state")));
+  }
+
+  // The Download dialog's "Current Setting" road: the page makes the device current, its
+  // configuration sends the sealed block, and the answer goes back to the dialog.
+  void current_setting_reaches_the_instrument() {
+    wavelume_test::sim_instrument_t instrument;
+    wavelume_test::sim_instrument_options_t options;
+    options.set_keeping(wavelume_test::sim_block_keeping_t::bytes);
+    QVERIFY(instrument.start(options));
+    const QString resource = QString::fromStdString(instrument.hislip_resource());
+    nal::visa_device_manager_t::instance().add_resource(resource);
+
+    nal::ui_custom_iq_page_t page;
+    QSignalSpy answers(&page, &nal::ui_protocol_page_t::sig_download_data_callback);
+    page.download_waveform_to_instrument(resource);
+    QCOMPARE(answers.size(), 1);
+    QCOMPARE(answers[0][0].toString(), resource);
+    QVERIFY(answers[0][1].toBool());
+    QVERIFY(instrument.record().wait_for_blocks(1, std::chrono::seconds(5)));
+    const std::string block = instrument.record().blocks()[0].bytes;
+    QVERIFY(block.rfind("IQDA CheckCode,", 0) == 0);
+    const std::size_t samples = page.custom_iq_configuration().engine().get_waveform_data().size();
+    QCOMPARE(block.size() - (block.find(",IQData,") + 8), samples * 4);
+
+    // A device that cannot be reached answers false.
+    page.download_waveform_to_instrument("TCPIP0::127.0.0.1::1::SOCKET");
+    QCOMPARE(answers.size(), 2);
+    QVERIFY(!answers[1][1].toBool());
   }
 };
 
