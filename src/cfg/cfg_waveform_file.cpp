@@ -189,8 +189,8 @@ bool cfg_waveform_file_t::save_iq_waveform_file(const std::string& header,
   // One pass in cache-sized chunks: each is encoded into a slot of the hash thread, written,
   // then hashed there while the next is encoded. The seal has a fixed width, so it is written
   // as a placeholder first and filled in at the end.
-  constexpr std::size_t chunk_samples = 1 << 16;
-  cfg_background_md5_t hash(4, chunk_samples * 4);
+  constexpr std::size_t chunk_samples = 1 << 15;
+  cfg_background_md5_t hash(16, chunk_samples * 4);
   for (std::size_t first = 0; first < named.size(); first += hash.slot_bytes()) {
     const std::size_t count = std::min(hash.slot_bytes(), named.size() - first);
     std::memcpy(hash.acquire(), named.data() + first, count);
