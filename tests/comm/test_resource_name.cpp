@@ -33,7 +33,8 @@ TEST(ResourceName, LanFormsWithKeywordsInAnyCase) {
   EXPECT_EQ(hislip.device_name, "HiSLIP0");
   EXPECT_EQ(hislip.port, 4880);
   EXPECT_EQ(parsed("TCPIP0::127.0.0.1::hislip0,50123::INSTR").port, 50123);
-  // The spec's unescaped-dot address passes as a host name; opening it fails later.
+  // An address the Add New dialog lets through (any character between the numbers) passes as
+  // a host name; opening it fails later.
   EXPECT_EQ(parsed("TCPIP0::1x2y3z4::inst0::INSTR").host, "1x2y3z4");
 }
 
