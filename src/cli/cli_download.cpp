@@ -23,8 +23,7 @@ QString add_to_device_list(const std::string& address) {
   const QString text = QString::fromStdString(address);
   if (!text.contains(QLatin1String("::"))) {
     devices.add_tcpip_resource(text);
-    return text == QLatin1String("localhost") ? QStringLiteral("LOCALHOST")
-                                              : "TCPIP0::" + text + "::inst0::INSTR";
+    return nal::visa_device_manager_t::tcpip_resource_name(text);
   }
   if (!devices.get_found_names().contains(text)) {
     devices.add_resource(text);

@@ -40,9 +40,13 @@ void visa_device_manager_t::update_resource_list() {
 }
 
 void visa_device_manager_t::add_tcpip_resource(const QString& ip) {
-  add_resource(ip == QLatin1String("localhost")
-                   ? QStringLiteral("LOCALHOST")
-                   : QStringLiteral("TCPIP0::") + ip + QStringLiteral("::inst0::INSTR"));
+  add_resource(tcpip_resource_name(ip));
+}
+
+QString visa_device_manager_t::tcpip_resource_name(const QString& ip) {
+  return ip == QLatin1String("localhost")
+             ? QStringLiteral("LOCALHOST")
+             : QStringLiteral("TCPIP0::") + ip + QStringLiteral("::inst0::INSTR");
 }
 
 void visa_device_manager_t::add_resource(const QString& name) {

@@ -39,6 +39,8 @@ class visa_device_manager_t {
   void update_resource_list();
   // Adds "TCPIP0::<ip>::inst0::INSTR" ("LOCALHOST" for "localhost"), once.
   void add_tcpip_resource(const QString& ip);
+  // The resource name add_tcpip_resource gives an address.
+  static QString tcpip_resource_name(const QString& ip);
   // Adds a resource by its full VISA name (any transport, e.g. "TCPIP0::host::5025::SOCKET"),
   // once; for the command-line tool, where an address may carry a port.
   void add_resource(const QString& name);
