@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 
 #include "cfg/cfg_waveform_file.h"
 #include "cfg/cfg_waveform_file_reader.h"
@@ -21,34 +18,6 @@ std::string sample_file_bytes(const lib_iq_data_arr_t& samples) {
       cfg_waveform_file_t::header_tail(1e6, 0.7);
   const std::string body = header + cfg_waveform_file_t::encode_samples(samples);
   return cfg_waveform_file_t::seal_field(body) + body;
-}
-
-TEST(WaveformFileReader, ReadsBackWhatWasWritten) {
-  const std::filesystem::path path = std::filesystem::temp_directory_path() /
-                                     ("wavelume_reader_" + std::to_string(::getpid()) + ".ARB");
-  lib_iq_data_arr_t samples;
-  for (int i = 0; i < 500; ++i) {
-    samples.emplace_back(0.7 * std::cos(0.1 * i), -0.7 * std::sin(0.1 * i));
-  }
-  const std::string header =
-      cfg_waveform_file_t::build_file_header("Tone.ARB", nal::PROTOCOL_CUSTOM_IQ) +
-      cfg_waveform_file_t::header_tail(1e6, 0.7);
-  ASSERT_TRUE(cfg_waveform_file_t::save_iq_waveform_file(header, samples, path.string()));
-
-  cfg_waveform_file_contents_t contents;
-  std::string error;
-  ASSERT_TRUE(cfg_waveform_file_reader_t::read(path.string(), contents, error)) << error;
-  std::filesystem::remove(path);
-  EXPECT_EQ(contents.seal, cfg_waveform_file_contents_t::SEAL_MATCHES);
-  EXPECT_EQ(contents.field("FileType"), "IQ");
-  EXPECT_EQ(contents.field("FileName"), path.filename().string());
-  EXPECT_EQ(contents.field("ProtocolType"), "CustomIq");
-  EXPECT_EQ(contents.field("SampleRate"), "1000000");
-  EXPECT_EQ(contents.field("RMS"), "0.7");
-  ASSERT_EQ(contents.samples.size(), samples.size());
-  for (std::size_t i = 0; i < samples.size(); ++i) {
-    ASSERT_LE(std::abs(contents.samples[i] - samples[i]), 1.0 / 32767.0) << i;
-  }
 }
 
 TEST(WaveformFileReader, SealIsCheckedButNeverRequired) {

@@ -28,23 +28,6 @@ class BuiltinFaults : public ::testing::Test {
   visa_resource_manager_t manager{std::make_shared<nal::comm_visa_builtin_t>()};
 };
 
-TEST_F(BuiltinFaults, SocketReplyLongerThanOnePieceArrivesWhole) {
-  const std::string reply = std::string(600, 'x') + "\n";
-  std::string command;
-  {
-    tiny_server_t server([&](int client) {
-      command = tiny_server_t::read_command(client);
-      tiny_server_t::write_all(client, reply);
-      tiny_server_t::wait_for_close(client);
-    });
-    visa_resource_t resource(&manager, socket_name(server.port()));
-    ASSERT_TRUE(resource.open(0, 2000));
-    EXPECT_EQ(resource.get_idn().size(), 600);
-  }
-  // Nothing is added to what is written: a raw socket has no END indicator.
-  EXPECT_EQ(command, "*IDN?");
-}
-
 TEST_F(BuiltinFaults, ReplyWithoutEndIsDroppedAtItsLimit) {
   tiny_server_t server([](int client) {
     tiny_server_t::read_command(client);

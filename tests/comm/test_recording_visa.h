@@ -1,6 +1,6 @@
 #pragma once
 // A VISA double that records every call as one line of text and answers reads from a script,
-// so that tests can check the wire sequence of the device list and the read rules.
+// so that tests can check the read rules.
 
 #include <deque>
 #include <map>
@@ -26,8 +26,6 @@ class recording_visa_t : public comm_visa_api_t {
   std::map<std::string, std::string> instruments;
   // Scripted reads; when empty, a read answers with the identification of the session.
   std::deque<read_step_t> reads;
-  std::vector<std::string> found;
-  comm_vi_status_t write_status = VI_SUCCESS;
 
   comm_vi_status_t open_default_rm(comm_vi_session_t& rm) override {
     calls.push_back("viOpenDefaultRM");
@@ -49,24 +47,12 @@ class recording_visa_t : public comm_visa_api_t {
     calls.push_back("viClose " + std::to_string(object));
     return object == 0 ? VI_WARN_NULL_OBJECT : VI_SUCCESS;
   }
-  comm_vi_status_t find_resources(comm_vi_session_t, const char* expression,
-                                  comm_vi_session_t& list, std::uint32_t& count,
-                                  char* description) override {
-    calls.push_back("viFindRsrc " + std::string(expression));
-    _next_found = 0;
-    count = static_cast<std::uint32_t>(found.size());
-    list = 99;
-    return count == 0 ? VI_ERROR_RSRC_NFOUND : find_next(list, description);
+  comm_vi_status_t find_resources(comm_vi_session_t, const char*, comm_vi_session_t&,
+                                  std::uint32_t& count, char*) override {
+    count = 0;
+    return VI_ERROR_RSRC_NFOUND;
   }
-  comm_vi_status_t find_next(comm_vi_session_t, char* description) override {
-    if (_next_found >= found.size()) {
-      return VI_ERROR_RSRC_NFOUND;
-    }
-    const std::string& name = found[_next_found++];
-    name.copy(description, name.size());
-    description[name.size()] = '\0';
-    return VI_SUCCESS;
-  }
+  comm_vi_status_t find_next(comm_vi_session_t, char*) override { return VI_ERROR_RSRC_NFOUND; }
   comm_vi_status_t read(comm_vi_session_t vi, unsigned char* buffer, std::uint32_t count,
                         std::uint32_t& read_count) override {
     calls.push_back("viRead " + std::to_string(count));
@@ -83,12 +69,10 @@ class recording_visa_t : public comm_visa_api_t {
   }
   comm_vi_status_t write(comm_vi_session_t vi, const unsigned char* buffer, std::uint32_t count,
                          std::uint32_t& written) override {
-    const std::string bytes(reinterpret_cast<const char*>(buffer), count);
-    calls.push_back(
-        "viWrite " + _names[vi] + " " +
-        (count > 40 ? bytes.substr(0, 40) + "...(" + std::to_string(count) + ")" : bytes));
-    written = write_status == VI_SUCCESS ? count : 0;
-    return write_status;
+    calls.push_back("viWrite " + _names[vi] + " " +
+                    std::string(reinterpret_cast<const char*>(buffer), count));
+    written = count;
+    return VI_SUCCESS;
   }
   comm_vi_status_t set_attribute(comm_vi_session_t, std::uint32_t attribute,
                                  comm_vi_attr_state_t value) override {
@@ -99,7 +83,6 @@ class recording_visa_t : public comm_visa_api_t {
  private:
   comm_vi_session_t _last_session = 100;
   std::map<comm_vi_session_t, std::string> _names;
-  std::size_t _next_found = 0;
 };
 
 }  // namespace test_comm

@@ -1,14 +1,13 @@
 #pragma once
 // A loopback TCP server for fault tests: it accepts connections until the object is destroyed
-// and runs the handler for each on a thread of its own (HiSLIP needs two at once). The handlers
-// must return once their client closes.
+// and runs the handler for each on a thread of its own. The handlers must return once their
+// client closes.
 
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -36,7 +35,6 @@ class tiny_server_t {
     _thread = std::thread([this]() { _serve(); });
   }
   ~tiny_server_t() {
-    _stopping = true;
     ::shutdown(_listener, SHUT_RDWR);
     _thread.join();
     for (std::thread& client : _clients) {
@@ -48,7 +46,6 @@ class tiny_server_t {
   tiny_server_t& operator=(const tiny_server_t&) = delete;
 
   std::uint16_t port() const { return _port; }
-  bool stopping() const { return _stopping; }
 
   // Reads exactly `size` bytes; false when the peer closed first.
   static bool read_exact(int client, void* buffer, std::size_t size) {
@@ -112,7 +109,6 @@ class tiny_server_t {
   handler_t _handler;
   int _listener = -1;
   std::uint16_t _port = 0;
-  std::atomic<bool> _stopping{false};
   std::thread _thread;
   std::vector<std::thread> _clients;
 };

@@ -55,32 +55,4 @@ TEST_F(VisaResource, OpenKeepsTheTrimmedIdentificationUpToAZeroByte) {
   EXPECT_EQ(visa->calls.size(), 1u);  // the one viClose
 }
 
-TEST_F(VisaResource, FailuresAreReportedAndLeaveTheResourceClosed) {
-  visa_resource_t absent(&manager, "TCPIP0::10.0.0.8::inst0::INSTR");
-  EXPECT_FALSE(absent.open(0, 2000));
-  EXPECT_FALSE(absent.is_open());
-
-  // An instrument that does not answer still opens; its identification is empty.
-  visa->instruments["TCPIP0::10.0.0.8::inst0::INSTR"] = "";
-  EXPECT_TRUE(absent.open(0, 2000));
-  EXPECT_TRUE(absent.get_idn().isEmpty());
-  EXPECT_FALSE(absent.refresh_idn());
-
-  ASSERT_TRUE(resource.open(0, 2000));
-  visa->write_status = nal::VI_ERROR_CONN_LOST;
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(resource.write_command("*IDN?"), 0u);
-  EXPECT_EQ(resource.write_block("IQDA 1234"), 0u);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "cmd: '*IDN?' exec error -> \n");
-}
-
-TEST_F(VisaResource, FindListsWhatTheSearchReturns) {
-  visa->found = {"USB0::0x1AB1::0x0641::A::INSTR", "USB0::0x1AB1::0x0641::B::INSTR"};
-  EXPECT_EQ(manager.find_resources("?*::INSTR"),
-            QStringList({"USB0::0x1AB1::0x0641::A::INSTR", "USB0::0x1AB1::0x0641::B::INSTR"}));
-  EXPECT_EQ(visa->calls.back(), "viClose 99");
-  visa->found.clear();
-  EXPECT_TRUE(manager.find_resources("?*::INSTR").isEmpty());
-}
-
 }  // namespace

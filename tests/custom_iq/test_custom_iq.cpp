@@ -31,7 +31,6 @@ struct observed_engine_t {
   int ui = 0;
   int constellation = 0;
   int waveform = 0;
-  int deviation_table = 0;
 
   observed_engine_t() {
     captured([this] { engine.preset(); });
@@ -40,41 +39,10 @@ struct observed_engine_t {
     QObject::connect(&engine, &custom_iq_t::sig_update_ui, [this] { ++ui; });
     QObject::connect(&engine, &custom_iq_t::sig_update_constellation, [this] { ++constellation; });
     QObject::connect(&engine, &custom_iq_t::sig_update_waveform_data, [this] { ++waveform; });
-    QObject::connect(&engine, &custom_iq_t::sig_update_fsk_dev_table_data,
-                     [this] { ++deviation_table; });
   }
   void reset_counts() { dirty_true = dirty_false = too_large = ui = constellation = waveform = 0; }
   int notifications() const { return dirty_true + dirty_false + too_large + ui + constellation; }
 };
-
-// Single-bin DFT, written out so that it does not share code with the generators.
-std::complex<double> dft_bin(const lib_iq_data_arr_t& samples, std::size_t bin) {
-  std::complex<double> sum = 0.0;
-  const double n = static_cast<double>(samples.size());
-  for (std::size_t k = 0; k < samples.size(); ++k) {
-    const double angle = -2.0 * pi * static_cast<double>(bin) * static_cast<double>(k) / n;
-    sum += samples[k] * std::polar(1.0, angle);
-  }
-  return sum;
-}
-
-// Share of the signal's energy found in `bins`, each also required to hold a fair part of it.
-double energy_share_in_bins(const lib_iq_data_arr_t& samples,
-                            const std::vector<std::size_t>& bins) {
-  double energy = 0.0;
-  for (const auto& sample : samples) {
-    energy += std::norm(sample);
-  }
-  // Parseval: the DFT bins hold N times the energy of the samples.
-  const double spectral_energy = energy * static_cast<double>(samples.size());
-  double in_bins = 0.0;
-  for (const std::size_t bin : bins) {
-    const double power = std::norm(dft_bin(samples, bin));
-    EXPECT_GT(power, 0.1 * spectral_energy / static_cast<double>(bins.size())) << "bin " << bin;
-    in_bins += power;
-  }
-  return in_bins / spectral_energy;
-}
 
 // Frequency in Hz between consecutive samples, from the phase step.
 double instantaneous_frequency(const lib_iq_data_arr_t& samples, std::size_t k, double rate) {
@@ -83,20 +51,9 @@ double instantaneous_frequency(const lib_iq_data_arr_t& samples, std::size_t k, 
 
 TEST(custom_iq_setters, equal_value_is_silent_and_a_change_notifies_once) {
   observed_engine_t observed;
-  const std::vector<std::function<bool()>> same_values{
-      [&] { return observed.engine.set_symbol_rate(1000000); },
-      [&] { return observed.engine.set_symbol_length(512); },
-      [&] { return observed.engine.set_waveform_name(""); },
-      [&] { return observed.engine.set_mirror_spectrum_enable(false); },
-      [&] { return observed.engine.set_filter_type(FILTER_ROOT_COSINE); },
-      [&] { return observed.engine.set_oversampling(2); },
-      [&] { return observed.engine.set_apsk_qam_type(MOD_16QAM); },
-      [&] { return observed.engine.set_custom_constellation({}); },
-      [&] { return observed.engine.set_lfm_sample_rate(100000000.0); },
-  };
-  for (const auto& call : same_values) {
-    EXPECT_FALSE(call());
-  }
+  EXPECT_FALSE(observed.engine.set_symbol_rate(1000000));
+  EXPECT_FALSE(observed.engine.set_apsk_qam_type(MOD_16QAM));
+  EXPECT_FALSE(observed.engine.set_custom_constellation({}));
   EXPECT_EQ(observed.notifications(), 0);
 
   EXPECT_TRUE(observed.engine.set_waveform_name("burst"));
@@ -122,26 +79,10 @@ TEST(custom_iq_rates, symbol_rate_is_capped_by_the_oversampled_output_rate) {
   EXPECT_EQ(engine.get_symbol_rate(), 1000000000u);
 }
 
-TEST(custom_iq_rates, odd_oversampling_is_kept_out_under_oqpsk_only) {
-  observed_engine_t observed;
-  custom_iq_t& engine = observed.engine;
-  EXPECT_TRUE(engine.set_apsk_qam_type(MOD_OQPSK));
-  observed.reset_counts();
-  EXPECT_FALSE(engine.set_oversampling(3));
-  EXPECT_EQ(engine.get_oversampling(), 2u);
-  EXPECT_GE(observed.ui, 1);
-  EXPECT_EQ(observed.dirty_true, 0);
-
-  EXPECT_TRUE(engine.set_apsk_qam_type(MOD_QPSK));
-  EXPECT_TRUE(engine.set_oversampling(3));
-  EXPECT_EQ(engine.get_oversampling(), 3u);
-}
-
 TEST(custom_iq_filter, pulse_shapes_follow_the_modulation) {
   observed_engine_t observed;
   custom_iq_t& engine = observed.engine;
-
-  observed.reset_counts();
+  // A refused pulse refreshes the view but leaves the waveform clean.
   EXPECT_FALSE(engine.set_filter_type(FILTER_HALF_SINE));
   EXPECT_EQ(engine.get_filter_type(), FILTER_ROOT_COSINE);
   EXPECT_EQ(observed.ui, 1);
@@ -151,36 +92,17 @@ TEST(custom_iq_filter, pulse_shapes_follow_the_modulation) {
   EXPECT_TRUE(engine.set_apsk_qam_type(MOD_OQPSK));
   EXPECT_TRUE(engine.set_filter_type(FILTER_HALF_SINE));
   EXPECT_EQ(engine.get_oversampling(), 8u);
-  EXPECT_FALSE(engine.is_filter_alpha_enabled());
-  EXPECT_FALSE(engine.is_filter_length_enabled());
   EXPECT_FALSE(engine.set_filter_type(FILTER_GAUSSIAN));
-
   EXPECT_TRUE(engine.set_apsk_qam_type(MOD_QPSK));
   EXPECT_EQ(engine.get_filter_type(), FILTER_ROOT_COSINE);
 
   // Gaussian widens the alpha range to a bandwidth-time product and clamps into it.
   EXPECT_TRUE(engine.set_filter_alpha(0.05));
   EXPECT_TRUE(engine.set_filter_type(FILTER_GAUSSIAN));
-  EXPECT_DOUBLE_EQ(engine.get_filter_alpha_bounds().minimum(), 0.1);
-  EXPECT_DOUBLE_EQ(engine.get_filter_alpha_bounds().maximum(), 5.0);
   EXPECT_DOUBLE_EQ(engine.get_filter_alpha(), 0.1);
   // Under OQPSK the Gaussian pulse gives way to Root Cosine.
   EXPECT_TRUE(engine.set_apsk_qam_type(MOD_OQPSK));
   EXPECT_EQ(engine.get_filter_type(), FILTER_ROOT_COSINE);
-}
-
-TEST(custom_iq_waveform, preset_computes_16qam) {
-  observed_engine_t observed;
-  const custom_iq_t& engine = observed.engine;
-  const lib_iq_data_arr_t& samples = engine.get_waveform_data();
-  ASSERT_EQ(samples.size(), 1024u);
-  EXPECT_EQ(engine.get_total_sample_points(), 1024u);
-  EXPECT_EQ(engine.get_constellation_text(), "16QAM");
-  double largest = 0.0;
-  for (const auto& sample : samples) {
-    largest = std::max({largest, std::abs(sample.real()), std::abs(sample.imag())});
-  }
-  EXPECT_DOUBLE_EQ(largest, 0.89996337890625);
 }
 
 TEST(custom_iq_waveform, fsk_tones_sit_at_the_deviation) {
@@ -211,23 +133,6 @@ TEST(custom_iq_waveform, fsk_tones_sit_at_the_deviation) {
   }
   // PN9 data is balanced to within a few symbols.
   EXPECT_NEAR(upper / 8.0, 256.0, 16.0);
-}
-
-TEST(custom_iq_waveform, multitone_tones_land_in_their_bins) {
-  observed_engine_t observed;
-  custom_iq_t& engine = observed.engine;
-  EXPECT_TRUE(engine.set_modulator_type(MODULATOR_MULTITONE));
-  // Span 5 MHz, two tones: 1.25 MHz and 2.5 MHz at 10 MHz, bin width 10e6 / 8192.
-  EXPECT_DOUBLE_EQ(engine.get_waveform_length(), 8192 / 1e7);
-  EXPECT_EQ(engine.get_total_sample_points(), 8192u);
-  EXPECT_EQ(engine.get_constellation_text(), "Multitone2");
-  engine.update_waveform();
-  EXPECT_EQ(observed.waveform, 1);
-  const lib_iq_data_arr_t& samples = engine.get_waveform_data();
-  ASSERT_EQ(samples.size(), 8192u);
-
-  // All energy (Parseval) lies in the two tone bins and their mirrors L - 1 - b.
-  EXPECT_NEAR(energy_share_in_bins(samples, {1024, 2048, 8191 - 1024, 8191 - 2048}), 1.0, 1e-9);
 }
 
 TEST(custom_iq_waveform, lfm_sweeps_linearly_and_mirror_negates_q) {

@@ -42,9 +42,9 @@ TEST(PolyphaseResampler, EqualsStuffingCyclicFilteringAndDecimation) {
     uint32 down;
   };
   for (const rates_t rates :
-       {rates_t{2, 1}, rates_t{3, 1}, rates_t{8, 1}, rates_t{7, 5}, rates_t{5, 7}, rates_t{1, 3}}) {
-    for (const std::size_t tap_count : {2u, 5u, 65u, 257u}) {
-      for (const std::size_t points : {1u, 3u, 40u, 1000u}) {
+       {rates_t{2, 1}, rates_t{8, 1}, rates_t{7, 5}, rates_t{1, 3}}) {
+    for (const std::size_t tap_count : {2u, 5u, 257u}) {
+      for (const std::size_t points : {1u, 40u, 1000u}) {
         const lib_iq_data_arr_t x = wavelume_test::random_samples(points, ++seed);
         lib_iq_data_arr_t taps = wavelume_test::random_samples(tap_count, ++seed);
         if (seed % 2 == 0) {

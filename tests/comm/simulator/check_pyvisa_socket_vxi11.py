@@ -76,13 +76,6 @@ def main():
         kept = [(size, digest) for t, _, size, digest in simulator.blocks if t == transport]
         check.expect(kept == [(len(b), md5(b)) for b in sent],
                      "%s blocks kept %s" % (transport, [size for size, _ in kept]))
-        writes = [(size, head) for t, _, kind, size, head in simulator.events
-                  if t == transport and kind == "write"]
-        block_writes = [(size, head[:5]) for size, head in writes if head.startswith(b"IQDA ")]
-        check.expect(block_writes == [(len(b), b"IQDA ") for b in sent],
-                     "%s block writes in the record" % transport)
-        reads = [head for t, _, kind, _, head in simulator.events if t == transport and kind == "read"]
-        check.expect(len(reads) >= 2, "%s replies in the record" % transport)
         kinds = [kind for t, _, kind, _, _ in simulator.events if t == transport]
         check.expect(kinds[0] == "connect" and kinds[-1] == "close",
                      "%s session opens and closes: %s" % (transport, kinds))

@@ -1,4 +1,4 @@
-// Zoom, pan, rubber band, keys and read-out of the plot widget, driven by synthetic events on an
+// Zoom, pan, rubber band and read-out of the plot widget, driven by synthetic events on an
 // offscreen widget.
 
 #include <QApplication>
@@ -56,14 +56,10 @@ class test_plot_interaction_t : public QObject {
   void init();
   void cleanup();
   void wheel_zooms_around_the_cursor();
-  void double_click_restores_the_full_range();
   void left_drag_pans();
   void rubber_band_zooms_to_its_rectangle();
-  void keys_zoom_pan_and_reset();
   void read_out_names_the_sample_under_the_cursor();
   void painting_shows_a_single_spike_among_millions();
-  void empty_plot_paints_axes();
-  void ticks_step_by_1_2_5_with_prefixes();
 
  private:
   ui_vchart_plot_widget_t* _plot = nullptr;
@@ -111,21 +107,6 @@ void test_plot_interaction_t::wheel_zooms_around_the_cursor() {
   wheel(_plot, at, -240, Qt::ControlModifier);
   QCOMPARE(y_span(box.visible()), y_kept);
   QCOMPARE(x_span(box.visible()), x_span(before) * 1.25);
-  // Over the x axis only x zooms.
-  wheel(_plot, QPointF(at.x(), rect.bottom() + 10), 120);
-  QCOMPARE(y_span(box.visible()), y_kept);
-  QCOMPARE(x_span(box.visible()), x_span(before));
-}
-
-void test_plot_interaction_t::double_click_restores_the_full_range() {
-  auto& box = _plot->view_box();
-  const ui_vchart_range_t full = box.visible();
-  wheel(_plot, box.pixel_rect().center(), 600);
-  drag(_plot, box.pixel_rect().center(), box.pixel_rect().center() + QPointF(-50, 20),
-       Qt::LeftButton);
-  QVERIFY(box.visible() != full);
-  QTest::mouseDClick(_plot, Qt::LeftButton, Qt::NoModifier, box.pixel_rect().center().toPoint());
-  QVERIFY(box.visible() == full);
 }
 
 void test_plot_interaction_t::left_drag_pans() {
@@ -157,29 +138,6 @@ void test_plot_interaction_t::rubber_band_zooms_to_its_rectangle() {
   const ui_vchart_range_t zoomed = box.visible();
   drag(_plot, rect.center(), rect.center() + QPointF(2, 2), Qt::RightButton);
   QVERIFY(box.visible() == zoomed);
-  // Shift with the left button draws a band as well.
-  box.reset();
-  const QRectF band_rect = box.pixel_rect();
-  const fp64 x_from = box.x_at(band_rect.left() + 10);
-  drag(_plot, QPointF(band_rect.left() + 10, band_rect.top() + 10), band_rect.center(),
-       Qt::LeftButton, Qt::ShiftModifier);
-  QVERIFY(std::fabs(box.visible().x_min - x_from) < 1e-9);
-}
-
-void test_plot_interaction_t::keys_zoom_pan_and_reset() {
-  auto& box = _plot->view_box();
-  const ui_vchart_range_t full = box.visible();
-  QTest::keyClick(_plot, Qt::Key_Plus);
-  QCOMPARE(x_span(box.visible()), x_span(full) / 1.25);
-  const ui_vchart_range_t zoomed = box.visible();
-  QTest::keyClick(_plot, Qt::Key_Right);
-  QVERIFY(std::fabs(box.visible().x_min - (zoomed.x_min + 0.1 * x_span(zoomed))) < 1e-9);
-  QTest::keyClick(_plot, Qt::Key_Up);
-  QVERIFY(std::fabs(box.visible().y_min - (zoomed.y_min + 0.1 * y_span(zoomed))) < 1e-9);
-  QTest::keyClick(_plot, Qt::Key_Minus);
-  QCOMPARE(x_span(box.visible()), x_span(full));
-  QTest::keyClick(_plot, Qt::Key_Home);
-  QVERIFY(box.visible() == full);
 }
 
 void test_plot_interaction_t::read_out_names_the_sample_under_the_cursor() {
@@ -215,47 +173,6 @@ void test_plot_interaction_t::painting_shows_a_single_spike_among_millions() {
     }
   }
   QVERIFY(red > 0);
-}
-
-void test_plot_interaction_t::empty_plot_paints_axes() {
-  ui_vchart_minmax_pyramid_t none;
-  _ramp->set_samples(std::move(none), 0.0, 1.0);
-  _plot->data_changed();
-  QImage image = _plot->grab().toImage();
-  QVERIFY(!image.isNull());
-  wheel(_plot, _plot->view_box().pixel_rect().center(), 120);
-  send_mouse(_plot, QEvent::MouseMove, _plot->view_box().pixel_rect().center(), Qt::NoButton,
-             Qt::NoButton);
-  QVERIFY(!_plot->read_out().isEmpty());
-  QVERIFY(!_plot->grab().isNull());
-}
-
-void test_plot_interaction_t::ticks_step_by_1_2_5_with_prefixes() {
-  nal::ui_vchart_axis_t axis;
-  axis.set_unit(QStringLiteral("Hz"));
-  QStringList labels;
-  for (const auto& tick : axis.ticks(-1.2e6, 2.7e6, 8)) {
-    labels << tick.label;
-  }
-  QCOMPARE(labels, QStringList({"-1 MHz", "-500 kHz", "0 Hz", "500 kHz", "1 MHz", "1.5 MHz",
-                                "2 MHz", "2.5 MHz"}));
-  QCOMPARE(nal::ui_vchart_axis_t::nice_step(7.0, 10), 1.0);
-  QCOMPARE(nal::ui_vchart_axis_t::nice_step(7.0, 4), 2.0);
-  QCOMPARE(nal::ui_vchart_axis_t::nice_step(0.03, 10), 0.005);
-  QCOMPARE(nal::ui_vchart_axis_t::nice_step(0.0, 10), 0.0);
-  // A logarithmic axis has decades, written plainly down to 0.01.
-  nal::ui_vchart_axis_t probability;
-  probability.set_log_scale(true);
-  labels.clear();
-  for (const auto& tick :
-       probability.ticks(probability.to_axis(1e-6), probability.to_axis(1.0), 8)) {
-    labels << tick.label;
-  }
-  QCOMPARE(labels, QStringList({"1e-6", "1e-5", "1e-4", "1e-3", "0.01", "0.1", "1"}));
-  // Sample indices and amplitudes read as plain numbers.
-  nal::ui_vchart_axis_t index;
-  index.set_engineering(false);
-  QCOMPARE(index.ticks(0.0, 1e7, 5).back().label, QStringLiteral("10000000"));
 }
 
 int run_plot_interaction_tests(int argc, char** argv) {

@@ -4,7 +4,6 @@
 
 #include <QAction>
 #include <QDoubleSpinBox>
-#include <QIcon>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QThreadPool>
@@ -108,26 +107,6 @@ class PageFrame : public QObject {
     QCOMPARE(bar->current_index(), -1);
   }
 
-  void replace_keeps_index_and_clears_icon() {
-    nal::ui_tab_widget_t tabs;
-    QPointer<QWidget> first = closable_page();
-    QPointer<QWidget> second = closable_page();
-    tabs.add_page(first, "Home", QIcon(":/image/Home.png"));
-    tabs.add_page(second, "Home", QIcon(":/image/Home.png"));
-    tabs.set_current_index(0);
-    QWidget* replacement = closable_page();
-    tabs.replace_current_page(replacement, "Custom IQ");
-    delete_closed_widgets();
-    QVERIFY(first.isNull());
-    QCOMPARE(tabs.count(), 2);
-    QCOMPARE(tabs.current_index(), 0);
-    QCOMPARE(tabs.page(0), replacement);
-    QCOMPARE(tabs.page(1), second.data());
-    QCOMPARE(tabs.tab_bar()->tab_button(0)->text(), QString("Custom IQ"));
-    QVERIFY(tabs.tab_bar()->tab_button(0)->icon().isNull());
-    QVERIFY(tabs.tab_bar()->tab_button(0)->is_selected());
-  }
-
   void change_blinks_and_update_stops_it_at_once() {
     tone_page_t page;
     QVERIFY(!page.is_update_blinking());
@@ -192,7 +171,6 @@ class PageFrame : public QObject {
     nal::custom_iq_t& engine = page.custom_iq_configuration().engine();
     QVERIFY(!engine.get_waveform_data().empty());
     QVERIFY(!page.is_update_blinking());
-    QCOMPARE(page.update_action()->toolTip(), QString("Update waveform data"));
 
     shown_waveforms_t shown(&page);
     QVERIFY(engine.set_apsk_qam_type(nal::MOD_64QAM));

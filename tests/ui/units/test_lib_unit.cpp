@@ -29,18 +29,14 @@ void test_lib_unit_t::parse_accepts_data() {
   QTest::addColumn<fp64>("expected");
   QTest::newRow("spaced prefix and unit") << "2.5 MHz"
                                           << "Hz" << 2.5e6;
-  QTest::newRow("joined") << "2.5MHz"
-                          << "Hz" << 2.5e6;
+  QTest::newRow("joined, plus sign") << "+2.5MHz"
+                                     << "Hz" << 2.5e6;
   QTest::newRow("prefix without unit") << "10k"
                                        << "Hz" << 1e4;
-  QTest::newRow("exponent without prefix") << "1e6"
-                                           << "Hz" << 1e6;
   QTest::newRow("exponent and prefix") << "1.5e3 kHz"
                                        << "Hz" << 1.5e6;
   QTest::newRow("negative exponent") << "25E-1 Hz"
                                      << "Hz" << 2.5;
-  QTest::newRow("negative dB") << "-3 dB"
-                               << "dB" << -3.0;
   QTest::newRow("whitespace around") << " 100 ns "
                                      << "s" << 100e-9;
   QTest::newRow("micro as u") << "1.5 u"
@@ -49,8 +45,6 @@ void test_lib_unit_t::parse_accepts_data() {
   QTest::newRow("greek mu") << QString::fromUtf8("1.5 \u03BCs") << "s" << 1.5e-6;
   QTest::newRow("decimal rounding once") << "0.1 u"
                                          << "" << 0.1e-6;
-  QTest::newRow("plus sign") << "+4 GHz"
-                             << "Hz" << 4e9;
   QTest::newRow("leading point") << ".5 kHz"
                                  << "Hz" << 500.0;
   QTest::newRow("trailing point") << "5."
@@ -65,12 +59,6 @@ void test_lib_unit_t::parse_accepts_data() {
                                 << "m" << 5.0;
   QTest::newRow("milli of unit m") << "5 mm"
                                    << "m" << 5e-3;
-  QTest::newRow("percent") << "50 %"
-                           << "%" << 50.0;
-  QTest::newRow("yocto") << "1 ys"
-                         << "s" << 1e-24;
-  QTest::newRow("yotta") << "999 YHz"
-                         << "Hz" << 999e24;
   QTest::newRow("beyond the prefixes") << "1e28 Hz"
                                        << "Hz" << 1e28;
 }
@@ -82,7 +70,6 @@ void test_lib_unit_t::parse_accepts() {
   fp64 value = 42.0;
   QVERIFY(lib_unit_t::parse(text, unit, value));
   // Exact: the decimal text is rounded once, as the compiler rounds the literal.
-  QCOMPARE(value, expected);
   QVERIFY(value == expected);
 }
 
@@ -95,50 +82,30 @@ void test_lib_unit_t::parse_refuses_data() {
                                                << "";
   QTest::newRow("dBm for dB") << "5 dBm"
                               << "dB";
-  QTest::newRow("dB for dBm") << "5 dB"
-                              << "dBm";
   QTest::newRow("prefix on dB") << "3 mdB"
                                 << "dB";
-  QTest::newRow("prefix alone on dB") << "3 k"
-                                      << "dB";
-  QTest::newRow("prefix on deg") << "3 kdeg"
-                                 << "deg";
   QTest::newRow("unknown prefix") << "5 KHz"
-                                  << "Hz";
-  QTest::newRow("unknown letter") << "5 x"
                                   << "Hz";
   QTest::newRow("two prefixes") << "5 kk"
                                 << "";
   QTest::newRow("space inside") << "5 M Hz"
                                 << "Hz";
-  QTest::newRow("unit twice") << "5 HzHz"
-                              << "Hz";
   QTest::newRow("no number") << "kHz"
                              << "Hz";
-  QTest::newRow("garbage") << "abc"
-                           << "";
-  QTest::newRow("empty") << ""
-                         << "";
   QTest::newRow("blank") << "   "
                          << "s";
   QTest::newRow("point only") << "."
                               << "";
   QTest::newRow("exponent only") << "e6"
                                  << "";
-  QTest::newRow("sign only") << "-"
-                             << "";
   QTest::newRow("double sign") << "--5"
                                << "";
   QTest::newRow("decimal comma") << "1,5"
                                  << "";
-  QTest::newRow("overflow") << "1e400"
-                            << "";
   QTest::newRow("overflow through prefix") << "1e300 Y"
                                            << "";
   QTest::newRow("huge exponent") << "1e99999999999"
                                  << "";
-  QTest::newRow("infinity") << "inf"
-                            << "";
   QTest::newRow("not a number") << "nan"
                                 << "";
 }
@@ -156,26 +123,16 @@ void test_lib_unit_t::format_writes_data() {
   QTest::addColumn<QString>("unit");
   QTest::addColumn<int>("digits");
   QTest::addColumn<QString>("expected");
-  QTest::newRow("mega") << 2.5e6 << "Hz" << 6 << "2.5 MHz";
-  QTest::newRow("zero") << 0.0 << "s" << 6 << "0 s";
   QTest::newRow("negative zero") << -0.0 << "s" << 6 << "0 s";
-  QTest::newRow("negative dB") << -3.0 << "dB" << 6 << "-3 dB";
-  QTest::newRow("no prefix") << 100.0 << "Hz" << 6 << "100 Hz";
   QTest::newRow("micro") << -1.5e-6 << "s" << 6 << "-1.5 us";
   QTest::newRow("rounds up to the next prefix") << 999.9995 << "Hz" << 6 << "1 kHz";
   QTest::newRow("stays below") << 999.9994 << "Hz" << 6 << "999.999 Hz";
-  QTest::newRow("fewer digits") << 1234.5678 << "Hz" << 3 << "1.23 kHz";
   QTest::newRow("one digit") << 250.0 << "Hz" << 1 << "200 Hz";
   QTest::newRow("digits clamped") << 1.0 / 3.0 << "" << 40 << "333.33333333333331 m";
-  QTest::newRow("no unit") << 12.0 << "" << 6 << "12";
-  QTest::newRow("prefix without unit") << 0.001 << "" << 6 << "1 m";
-  QTest::newRow("lowest prefix") << 1e-24 << "s" << 6 << "1 ys";
-  QTest::newRow("highest prefix") << 999e24 << "Hz" << 6 << "999 YHz";
   QTest::newRow("below the prefixes") << 1e-25 << "s" << 6 << "1e-25 s";
   QTest::newRow("above the prefixes") << -1.5e28 << "Hz" << 6 << "-1.5e28 Hz";
   QTest::newRow("small dB") << 1e-5 << "dB" << 6 << "0.00001 dB";
   QTest::newRow("large dB") << 1.25e12 << "dB" << 6 << "1.25e12 dB";
-  QTest::newRow("degrees") << 45.5 << "deg" << 6 << "45.5 deg";
   QTest::newRow("nan") << std::nan("") << "Hz" << 6 << "nan Hz";
   QTest::newRow("minus infinity") << -HUGE_VAL << "dB" << 6 << "-inf dB";
 }

@@ -3,21 +3,13 @@
 
 #include <QObject>
 
-class QWidget;
-
-// Keeps a picture of `widget` as NAME.png in the folder named by WAVELUME_GRAB_DIR, when set, for
-// a look at the layout.
-void grab_if_asked(QWidget& widget, const QString& name);
-
 class test_double_spin_box_t : public QObject {
   Q_OBJECT
 
  private slots:
   void typed_units_commit_on_enter_only();
   void focus_loss_commits_and_escape_reverts();
-  void unreadable_text_keeps_the_value();
   void steps_are_decade_aware();
-  void wheel_needs_focus();
 };
 
 class test_custom_iq_setup_widget_t : public QObject {
@@ -25,14 +17,11 @@ class test_custom_iq_setup_widget_t : public QObject {
 
  private slots:
   void typed_rate_reaches_the_engine();
-  void tab_walks_down_the_column();
   void out_of_range_shows_the_engine_clamp();
   void msk_forces_gaussian_in_the_filter_box();
   void oqpsk_keeps_even_oversampling_and_refuses_gaussian();
-  void rows_follow_the_modulator();
   void lfm_segment_table_follows_the_engine();
   void refresh_calls_no_setter();
-  void labels_fit_for_every_modulator();
 };
 
 class test_pattern_editors_t : public QObject {
@@ -44,6 +33,5 @@ class test_pattern_editors_t : public QObject {
   void malformed_constellation_files_name_the_line();
   void malformed_file_leaves_the_editor_and_engine_alone();
   void constellation_check_agrees_with_the_modulator();
-  void bit_pattern_editor_refuses_other_characters();
   void bit_pattern_file_round_trip_and_errors();
 };

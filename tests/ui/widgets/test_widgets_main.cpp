@@ -5,13 +5,6 @@
 
 #include "test_widget_classes.h"
 
-void grab_if_asked(QWidget& widget, const QString& name) {
-  const QString folder = qEnvironmentVariable("WAVELUME_GRAB_DIR");
-  if (!folder.isEmpty()) {
-    widget.grab().save(QStringLiteral("%1/%2.png").arg(folder, name));
-  }
-}
-
 int main(int argc, char** argv) {
   QApplication app(argc, argv);
   int failures = 0;
