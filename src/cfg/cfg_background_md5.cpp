@@ -1,33 +1,8 @@
 #include "cfg/cfg_background_md5.h"
 
-#include <openssl/evp.h>
-
-#include <memory>
+#include "cfg/cfg_md5.h"
 
 namespace nal {
-
-namespace {
-
-using md_context_t = std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)>;
-
-std::string to_hex(const unsigned char* digest, unsigned int size) {
-  static constexpr char digits[] = "0123456789abcdef";
-  std::string text;
-  for (unsigned int i = 0; i < size; ++i) {
-    text += digits[digest[i] >> 4];
-    text += digits[digest[i] & 0x0F];
-  }
-  return text;
-}
-
-std::string final_hex(EVP_MD_CTX* context) {
-  unsigned char digest[EVP_MAX_MD_SIZE];
-  unsigned int size = 0;
-  EVP_DigestFinal_ex(context, digest, &size);
-  return to_hex(digest, size);
-}
-
-}  // namespace
 
 cfg_background_md5_t::cfg_background_md5_t(std::size_t slot_count, std::size_t slot_bytes)
     : _slot_bytes(slot_bytes),
@@ -71,8 +46,7 @@ std::string cfg_background_md5_t::finish_hex() {
 }
 
 void cfg_background_md5_t::_hash_submitted() {
-  md_context_t context(EVP_MD_CTX_new(), &EVP_MD_CTX_free);
-  EVP_DigestInit_ex(context.get(), EVP_md5(), nullptr);
+  cfg_md5_t md5;
   std::size_t next_to_hash = 0;
   for (;;) {
     std::size_t bytes = 0;
@@ -85,7 +59,7 @@ void cfg_background_md5_t::_hash_submitted() {
       }
     }
     // The slot is ours until it is marked free again, so it is read outside the lock.
-    EVP_DigestUpdate(context.get(), _slots[next_to_hash].data(), bytes);
+    md5.update(_slots[next_to_hash].data(), bytes);
     {
       std::lock_guard<std::mutex> lock(_mutex);
       _filled[next_to_hash] = 0;
@@ -93,22 +67,7 @@ void cfg_background_md5_t::_hash_submitted() {
     _changed.notify_all();
     next_to_hash = (next_to_hash + 1) % _slots.size();
   }
-  _digest = final_hex(context.get());
-}
-
-std::string cfg_background_md5_t::hex_digest(const void* data, std::size_t size) {
-  md_context_t context(EVP_MD_CTX_new(), &EVP_MD_CTX_free);
-  EVP_DigestInit_ex(context.get(), EVP_md5(), nullptr);
-  EVP_DigestUpdate(context.get(), data, size);
-  return final_hex(context.get());
-}
-
-std::string cfg_background_md5_t::hex_digest(const std::string& first, const std::string& second) {
-  md_context_t context(EVP_MD_CTX_new(), &EVP_MD_CTX_free);
-  EVP_DigestInit_ex(context.get(), EVP_md5(), nullptr);
-  EVP_DigestUpdate(context.get(), first.data(), first.size());
-  EVP_DigestUpdate(context.get(), second.data(), second.size());
-  return final_hex(context.get());
+  _digest = md5.hex_digest();
 }
 
 }  // namespace nal

@@ -27,11 +27,6 @@ class cfg_background_md5_t {
   // Waits for every submitted byte and returns the lowercase hexadecimal digest (32 characters).
   std::string finish_hex();
 
-  // The digest of one buffer, on the calling thread.
-  static std::string hex_digest(const void* data, std::size_t size);
-  // The digest of two buffers one after the other, without joining them.
-  static std::string hex_digest(const std::string& first, const std::string& second);
-
  private:
   void _hash_submitted();
 

@@ -77,7 +77,7 @@ bool cfg_custom_iq_t::get_waveform_data(lib_iq_data_arr_t& samples) {
 
 std::string cfg_custom_iq_t::file_header() const {
   const lib_iq_data_arr_t& samples = _engine->get_waveform_data();
-  const fp64 rms = samples.empty() ? 0.0 : common_lib::plib_t::get_complex_array_rms(samples);
+  const fp64 rms = cfg_waveform_file_t::header_rms(samples);
   const std::string header =
       cfg_waveform_file_t::build_file_header(
           cfg_waveform_file_t::header_file_name(_engine->get_waveform_name()), PROTOCOL_CUSTOM_IQ) +

@@ -5,7 +5,7 @@
 
 #include <limits>
 
-#include "cfg/cfg_background_md5.h"
+#include "cfg/cfg_md5.h"
 #include "cfg/cfg_waveform_file.h"
 #include "comm/visa_device_manager.h"
 #include "comm/visa_resource.h"
@@ -26,8 +26,10 @@ bool cfg_waveform_file_t::download_iq_waveform(const std::string& header,
                            std::to_string(data.size()) + " bytes does not fit one block");
     return false;
   }
-  const std::string sealed_header =
-      "CheckCode," + cfg_background_md5_t::hex_digest(header, data) + "," + header;
+  cfg_md5_t md5;
+  md5.update(header.data(), header.size());
+  md5.update(data.data(), data.size());
+  const std::string sealed_header = "CheckCode," + md5.hex_digest() + "," + header;
   return devices.send_to_current(data.data(), static_cast<int>(data.size()),
                                  QByteArray::fromStdString(sealed_header));
 }

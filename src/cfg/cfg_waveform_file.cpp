@@ -5,17 +5,18 @@
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
+#if defined(__linux__)
+#include <fcntl.h>
+#endif
 
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <iomanip>
-#include <sstream>
-#include <vector>
 
 #include "cfg/cfg_background_md5.h"
+#include "cfg/cfg_md5.h"
 #include "lib/lib_report.h"
 
 namespace nal {
@@ -23,36 +24,6 @@ namespace nal {
 namespace {
 
 constexpr fp64 full_scale = 32767.0;
-constexpr const char* file_name_key = "FileName,";
-
-struct protocol_text_t {
-  const char* type;
-  const char* version;
-};
-
-std::optional<protocol_text_t> protocol_text(protocol_type_t type) {
-  switch (type) {
-    case PROTOCOL_BLUETOOTH_LE:
-      return protocol_text_t{"BluetoothLowEnergy", "V5.2"};
-    case PROTOCOL_BLUETOOTH_BR_EDR:
-      return protocol_text_t{"BluetoothBrEdr", "V5.2"};
-    case PROTOCOL_CUSTOM_OFDM:
-      return protocol_text_t{"CustomOFDM", "Undefined"};
-    case PROTOCOL_802154_OQPSK_BPSK:
-      return protocol_text_t{"Iot802154OqpskBpsk", "802.15.4-2020"};
-    case PROTOCOL_802154_SUN_FSK:
-      return protocol_text_t{"Iot802154SunFsk", "802.15.4-2020"};
-    case PROTOCOL_802154_SUN_OFDM:
-      return protocol_text_t{"Iot802154SunOFDM", "802.15.4-2020"};
-    case PROTOCOL_G9959:
-      return protocol_text_t{"IotItuTG9959", "ITU-2015"};
-    case PROTOCOL_CUSTOM_IQ:
-    case PROTOCOL_TOOLKIT:
-      return protocol_text_t{"CustomIq", "Undefined"};
-    default:
-      return std::nullopt;
-  }
-}
 
 // round(value * 32767), half away from zero, as the low 16 bits of a two's complement integer;
 // 0 for what cannot be rounded to a 64-bit integer. The rounding is done on the integer part and
@@ -119,36 +90,18 @@ bool write_all(QSaveFile& file, const void* data, std::size_t size) {
          static_cast<qint64>(size);
 }
 
+// Starts writing the file's dirty pages to the disk without waiting, so that the flush to disk
+// when the file is committed finds little left to do. Only a hint: where it is not available the
+// commit does all of it.
+void start_writeback(QSaveFile& file) {
+#if defined(__linux__)
+  sync_file_range(file.handle(), 0, 0, SYNC_FILE_RANGE_WRITE);
+#else
+  (void)file;
+#endif
+}
+
 }  // namespace
-
-std::string cfg_waveform_file_t::build_file_header(const std::string& name, protocol_type_t type) {
-  std::string header = "FileType,IQ,Version,3.0,FileName,";
-  header += name;
-  header += ",SoftwareName,Wavelume,SoftwareVersion,2.0.0.1.2,ProtocolType,";
-  const std::optional<protocol_text_t> text = protocol_text(type);
-  if (!text) {
-    common_lib::lib_report("error");
-  }
-  header += text ? text->type : "";
-  header += ",ProtocolVersion,";
-  header += text ? text->version : "";
-  header += ",";
-  return header;
-}
-
-std::string cfg_waveform_file_t::header_file_name(const std::string& waveform_name) {
-  return waveform_name.empty() ? "CurrentSettings" : waveform_name + ".ARB";
-}
-
-std::string cfg_waveform_file_t::header_tail(fp64 sample_rate, std::optional<fp64> rms) {
-  std::ostringstream tail;
-  tail << std::setprecision(15) << "SampleRate," << sample_rate << ",";
-  if (rms) {
-    tail << "RMS," << *rms << ",";
-  }
-  tail << "IQData,";
-  return tail.str();
-}
 
 std::string cfg_waveform_file_t::encode_samples(const lib_iq_data_arr_t& samples) {
   std::string bytes(samples.size() * 4, '\0');
@@ -157,25 +110,15 @@ std::string cfg_waveform_file_t::encode_samples(const lib_iq_data_arr_t& samples
 }
 
 std::string cfg_waveform_file_t::seal_field(const std::string& bytes) {
-  return "CheckCode," + cfg_background_md5_t::hex_digest(bytes.data(), bytes.size()) + ",";
-}
-
-std::string cfg_waveform_file_t::replace_file_name(const std::string& header,
-                                                   const std::string& name) {
-  const std::size_t key = header.find(file_name_key);
-  if (key == std::string::npos) {
-    return header;
-  }
-  const std::size_t value = key + std::char_traits<char>::length(file_name_key);
-  const std::size_t end = header.find(',', value);
-  return header.substr(0, value) + name + (end == std::string::npos ? "" : header.substr(end));
+  return "CheckCode," + cfg_md5_t::hex_digest_of(bytes.data(), bytes.size()) + ",";
 }
 
 bool cfg_waveform_file_t::save_iq_waveform_file(const std::string& header,
                                                 const lib_iq_data_arr_t& samples,
                                                 const std::string& path) {
   QSaveFile file(QString::fromStdString(path));
-  if (!file.open(QIODevice::WriteOnly)) {
+  // Unbuffered: the chunks are large already, and the writeback hint must see every byte.
+  if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
     common_lib::lib_report("error can't open the file " + path);
     return false;
   }
@@ -188,8 +131,10 @@ bool cfg_waveform_file_t::save_iq_waveform_file(const std::string& header,
                                 : replace_file_name(header, path.substr(separator + 1));
   // One pass in cache-sized chunks: each is encoded into a slot of the hash thread, written,
   // then hashed there while the next is encoded. The seal has a fixed width, so it is written
-  // as a placeholder first and filled in at the end.
+  // as a placeholder first and filled in at the end. The disk writes run behind, in the
+  // background, a few megabytes at a time.
   constexpr std::size_t chunk_samples = 1 << 15;
+  constexpr std::size_t chunks_per_writeback = 16;
   cfg_background_md5_t hash(16, chunk_samples * 4);
   for (std::size_t first = 0; first < named.size(); first += hash.slot_bytes()) {
     const std::size_t count = std::min(hash.slot_bytes(), named.size() - first);
@@ -206,6 +151,9 @@ bool cfg_waveform_file_t::save_iq_waveform_file(const std::string& header,
     encode_into(samples.data() + first, count, chunk);
     written = write_all(file, chunk, count * 4);
     hash.submit(count * 4);
+    if ((first / chunk_samples) % chunks_per_writeback == chunks_per_writeback - 1) {
+      start_writeback(file);
+    }
   }
   const std::string digest = hash.finish_hex();
   written = written && file.seek(static_cast<qint64>(std::string("CheckCode,").size())) &&

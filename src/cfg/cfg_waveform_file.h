@@ -26,6 +26,9 @@ class cfg_waveform_file_t {
   // The tail every engine appends: SampleRate (Hz), RMS when given (Custom IQ and Toolkit), and
   // the closing IQData key. Numbers are written with 15 significant digits.
   static std::string header_tail(fp64 sample_rate, std::optional<fp64> rms);
+  // The root mean square of |sample| for the header's RMS key (0 for no samples), summed over
+  // fixed blocks: within rounding of the literal sum, and the same on every run.
+  static fp64 header_rms(const lib_iq_data_arr_t& samples);
 
   // I and Q times 32767, rounded half away from zero, kept modulo 2^16 as signed 16-bit values
   // (a magnitude above 1.0 wraps; producers normalise first), low byte first. A value that is not
