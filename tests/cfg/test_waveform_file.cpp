@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 
 #include "cfg/cfg_waveform_file.h"
 #include "tests/cfg/test_folder_fixture.h"
@@ -87,6 +88,29 @@ TEST_F(WaveformFileConcurrency, SealIsTheMd5OfEverythingAfterIt) {
   EXPECT_EQ(file.substr(43, expected_header.size()), expected_header);
   EXPECT_EQ(file.substr(43 + expected_header.size()), cfg_waveform_file_t::encode_samples(samples));
   EXPECT_EQ(fs::directory_iterator(_folder)->path(), path);  // no temporary left behind
+}
+
+// The header's RMS is summed by two threads over fixed blocks.
+TEST(WaveformHeaderConcurrency, RmsIsTheLiteralSumWithinRounding) {
+  std::mt19937 generator(5);
+  std::normal_distribution<double> normal(0.0, 0.3);
+  lib_iq_data_arr_t samples(1'000'003);  // not a whole number of blocks
+  double literal = 0.0;
+  for (auto& sample : samples) {
+    sample = {normal(generator), normal(generator)};
+    literal += sample.real() * sample.real() + sample.imag() * sample.imag();
+  }
+  EXPECT_NEAR(cfg_waveform_file_t::header_rms(samples),
+              std::sqrt(literal / static_cast<double>(samples.size())), 1e-14);
+
+  // Unit magnitudes sum exactly, whichever thread adds them.
+  lib_iq_data_arr_t unit(200'000);
+  for (std::size_t i = 0; i < unit.size(); ++i) {
+    unit[i] = i % 3 == 0 ? nal::lib_iq_sample_t(1.0, 0.0) : nal::lib_iq_sample_t(0.0, -1.0);
+  }
+  EXPECT_EQ(cfg_waveform_file_t::header_rms(unit), 1.0);
+  EXPECT_EQ(cfg_waveform_file_t::header_rms({{0.5, 0.5}}), std::sqrt(0.5));
+  EXPECT_EQ(cfg_waveform_file_t::header_rms({}), 0.0);
 }
 
 TEST_F(WaveformFile, EmptyWaveformEndsAtTheDataKey) {
