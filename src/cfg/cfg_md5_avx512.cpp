@@ -52,7 +52,8 @@ struct avx512_lanes_t {
     const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(block));
     const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(block + 32));
     for (std::size_t i = 0; i < 64; i += 8) {
-      const __m256i order = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(md5_message_order + i));
+      const __m256i order =
+          _mm256_loadu_si256(reinterpret_cast<const __m256i*>(md5_message_order + i));
       const __m256i constants =
           _mm256_loadu_si256(reinterpret_cast<const __m256i*>(md5_round_constants + i));
       _mm256_store_si256(reinterpret_cast<__m256i*>(schedule + i),

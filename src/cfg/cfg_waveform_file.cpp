@@ -2,88 +2,22 @@
 
 #include <QSaveFile>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 #if defined(__linux__)
 #include <fcntl.h>
 #endif
 
 #include <algorithm>
 #include <cerrno>
-#include <cmath>
-#include <cstdint>
 #include <cstring>
 
 #include "cfg/cfg_background_md5.h"
 #include "cfg/cfg_md5.h"
+#include "cfg/cfg_sample_encoder.h"
 #include "lib/lib_report.h"
 
 namespace nal {
 
 namespace {
-
-constexpr fp64 full_scale = 32767.0;
-
-// round(value * 32767), half away from zero, as the low 16 bits of a two's complement integer;
-// 0 for what cannot be rounded to a 64-bit integer. The rounding is done on the integer part and
-// the exact remainder, which equals the C library's round without a call per sample.
-std::uint16_t encode_component(fp64 value) {
-  const fp64 scaled = value * full_scale;
-  if (!(std::abs(scaled) < 9.0e18)) {
-    return 0;
-  }
-  auto whole = static_cast<std::int64_t>(scaled);  // toward zero
-  const fp64 remainder = scaled - static_cast<fp64>(whole);
-  if (remainder >= 0.5) {
-    ++whole;
-  } else if (remainder <= -0.5) {
-    --whole;
-  }
-  return static_cast<std::uint16_t>(static_cast<std::uint64_t>(whole));
-}
-
-// The general rule for one sample.
-inline void encode_sample(const lib_iq_sample_t& sample, unsigned char* out) {
-  const std::uint16_t words[2] = {encode_component(sample.real()), encode_component(sample.imag())};
-  std::memcpy(out, words, sizeof words);
-}
-
-#if defined(__SSE2__)
-// Normalised samples (|I|, |Q| <= 1, where nothing wraps) two lanes at once, with the same
-// truncation, exact remainder and half-away-from-zero step; others (and NaN) by the general rule.
-inline void encode_fast(const lib_iq_sample_t& sample, unsigned char* out) {
-  const __m128d value = _mm_loadu_pd(reinterpret_cast<const fp64*>(&sample));
-  const __m128d magnitude = _mm_andnot_pd(_mm_set1_pd(-0.0), value);
-  if (_mm_movemask_pd(_mm_cmple_pd(magnitude, _mm_set1_pd(1.0))) != 3) {
-    encode_sample(sample, out);
-    return;
-  }
-  const __m128d scaled = _mm_mul_pd(value, _mm_set1_pd(full_scale));
-  const __m128i whole = _mm_cvttpd_epi32(scaled);
-  const __m128d remainder = _mm_sub_pd(scaled, _mm_cvtepi32_pd(whole));
-  // The comparison masks are 64-bit; their low halves line up with the two 32-bit lanes.
-  const __m128i up = _mm_shuffle_epi32(_mm_castpd_si128(_mm_cmpge_pd(remainder, _mm_set1_pd(0.5))),
-                                       _MM_SHUFFLE(3, 3, 2, 0));
-  const __m128i down = _mm_shuffle_epi32(
-      _mm_castpd_si128(_mm_cmple_pd(remainder, _mm_set1_pd(-0.5))), _MM_SHUFFLE(3, 3, 2, 0));
-  const __m128i rounded = _mm_add_epi32(_mm_sub_epi32(whole, up), down);
-  const int words = _mm_cvtsi128_si32(_mm_packs_epi32(rounded, rounded));
-  std::memcpy(out, &words, sizeof words);
-}
-#else
-inline void encode_fast(const lib_iq_sample_t& sample, unsigned char* out) {
-  encode_sample(sample, out);
-}
-#endif
-
-// Encodes `count` samples into 4 count bytes at `out`.
-void encode_into(const lib_iq_sample_t* samples, std::size_t count, unsigned char* out) {
-  static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the file is little endian");
-  for (std::size_t i = 0; i < count; ++i) {
-    encode_fast(samples[i], out + 4 * i);
-  }
-}
 
 bool write_all(QSaveFile& file, const void* data, std::size_t size) {
   return file.write(static_cast<const char*>(data), static_cast<qint64>(size)) ==
@@ -105,7 +39,8 @@ void start_writeback(QSaveFile& file) {
 
 std::string cfg_waveform_file_t::encode_samples(const lib_iq_data_arr_t& samples) {
   std::string bytes(samples.size() * 4, '\0');
-  encode_into(samples.data(), samples.size(), reinterpret_cast<unsigned char*>(bytes.data()));
+  cfg_sample_encoder_t::encode(samples.data(), samples.size(),
+                               reinterpret_cast<unsigned char*>(bytes.data()));
   return bytes;
 }
 
@@ -148,7 +83,7 @@ bool cfg_waveform_file_t::save_iq_waveform_file(const std::string& header,
   for (std::size_t first = 0; written && first < samples.size(); first += chunk_samples) {
     const std::size_t count = std::min(chunk_samples, samples.size() - first);
     unsigned char* chunk = hash.acquire();
-    encode_into(samples.data() + first, count, chunk);
+    cfg_sample_encoder_t::encode(samples.data() + first, count, chunk);
     written = write_all(file, chunk, count * 4);
     hash.submit(count * 4);
     if ((first / chunk_samples) % chunks_per_writeback == chunks_per_writeback - 1) {

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <random>
 
+#include "cfg/cfg_sample_encoder.h"
 #include "cfg/cfg_waveform_file.h"
 #include "tests/cfg/test_folder_fixture.h"
 
@@ -63,6 +64,35 @@ TEST(WaveformEncoding, AgreesWithTheCLibraryRounding) {
   }
   // Not a number, and values too large to round, become zero.
   EXPECT_EQ(cfg_waveform_file_t::encode_samples({{NAN, 1e300}}), std::string(4, '\0'));
+}
+
+TEST(WaveformEncoding, BothLoopsGiveTheSameBytes) {
+  if (!nal::cfg_sample_encoder_t::uses_vector_lanes()) {
+    GTEST_SKIP() << "this processor has no AVX-512; only the general loop runs";
+  }
+#if defined(__x86_64__)
+  // Halves of a step and their neighbours, full scale, wrapping values, NaN and infinities mixed
+  // into groups of four samples, and every tail length.
+  lib_iq_data_arr_t samples;
+  std::mt19937 generator(9);
+  std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+  const double specials[] = {1.0,       -1.0, 0.5 / 32767.0, -0.5 / 32767.0,
+                             1.0000001, -3.5, NAN,           INFINITY};
+  for (int i = 0; i < 4000; ++i) {
+    const double half = (std::floor(uniform(generator) * 32767.0) + 0.5) / 32767.0;
+    samples.emplace_back(half, std::nextafter(half, 0.0));
+    samples.emplace_back(i % 7 == 0 ? specials[i % 8] : uniform(generator), -half);
+  }
+  for (std::size_t count = samples.size() - 9; count <= samples.size(); ++count) {
+    std::string general(4 * count, '\0');
+    std::string vector(4 * count, '\0');
+    nal::encode_samples_general(samples.data(), count,
+                                reinterpret_cast<unsigned char*>(general.data()));
+    nal::encode_samples_avx512(samples.data(), count,
+                               reinterpret_cast<unsigned char*>(vector.data()));
+    ASSERT_EQ(general, vector) << count << " samples";
+  }
+#endif
 }
 
 // The seal is hashed on a thread of its own from a ring of slots; enough samples to go round the
