@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "cfg/cfg_cpu_features.h"
 #include "cfg/cfg_md5_rounds.h"
 
 namespace nal {
@@ -56,8 +57,7 @@ using block_function_t = void (*)(md5_word_t*, const unsigned char*, std::size_t
 
 block_function_t choose_block_function() {
 #if defined(__x86_64__)
-  __builtin_cpu_init();  // may run before the constructors that would otherwise do it
-  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl")) {
+  if (cfg_cpu_has_avx512()) {
     return md5_blocks_avx512;
   }
 #endif

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "cfg/cfg_cpu_features.h"
+
 namespace nal {
 
 namespace {
@@ -54,8 +56,7 @@ using encode_loop_t = void (*)(const lib_iq_sample_t*, std::size_t, unsigned cha
 
 encode_loop_t choose_encode_loop() {
 #if defined(__x86_64__)
-  __builtin_cpu_init();  // may run before the constructors that would otherwise do it
-  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl")) {
+  if (cfg_cpu_has_avx512()) {
     return encode_samples_avx512;
   }
 #endif
