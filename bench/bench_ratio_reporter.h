@@ -24,17 +24,33 @@ class bench_ratio_reporter_t : public benchmark::ConsoleReporter {
     ConsoleReporter::ReportRuns(runs);
   }
 
-  // Items per second of the first benchmark whose name begins with `prefix`, or 0.
+  // Items per second of the first benchmark whose name begins with `prefix`, or 0. With
+  // --benchmark_repetitions its median, the figure least moved by a noisy machine.
   double rate(const std::string& prefix) const {
+    double first = 0.0;
+    bool found = false;
     for (const auto& [name, value] : _rates) {
-      if (name.rfind(prefix, 0) == 0) {
+      if (name.rfind(prefix, 0) != 0) {
+        continue;
+      }
+      if (ends_with(name, "_median")) {
         return value;
       }
+      if (!found && !ends_with(name, "_mean") && !ends_with(name, "_stddev") &&
+          !ends_with(name, "_cv")) {
+        first = value;
+        found = true;
+      }
     }
-    return 0.0;
+    return first;
   }
 
  private:
+  static bool ends_with(const std::string& text, const std::string& tail) {
+    return text.size() >= tail.size() &&
+           text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
+  }
+
   std::map<std::string, double> _rates;
 };
 
