@@ -98,7 +98,12 @@ QToolBar* ui_protocol_page_t::_build_toolbar(const QString& update_tooltip) {
 }
 
 bool ui_protocol_page_t::set_configuration(std::unique_ptr<cfg_protocol_base_t> configuration) {
-  if (!configuration || typeid(*configuration) != typeid(*_configuration)) {
+  if (!configuration) {
+    return false;
+  }
+  const cfg_protocol_base_t& offered = *configuration;
+  const cfg_protocol_base_t& current = *_configuration;
+  if (typeid(offered) != typeid(current)) {
     return false;
   }
   _unbind_configuration();
