@@ -23,28 +23,28 @@
 #include "bench/bench_ratio_reporter.h"
 #include "comm/comm_deal.h"
 #include "comm/visa_device_manager.h"
-#include "tests/comm/simulator/sim_instrument.h"
-#include "tests/comm/simulator/sim_listing_visa.h"
+#include "tools/instrument_sim/sim_instrument.h"
+#include "tools/instrument_sim/sim_listing_visa.h"
 
 namespace {
 
 using std::chrono::steady_clock;
-using wavelume_test::sim_transport_t;
+using wavelume_sim::sim_transport_t;
 
 constexpr std::size_t waveform_size = 100u << 20;
 constexpr auto block_timeout = std::chrono::seconds(120);
 
 struct bench_setup_t {
   bench_setup_t() {
-    wavelume_test::sim_instrument_options_t options;
+    wavelume_sim::sim_instrument_options_t options;
     // Hashing 100 MB on the receiving thread would slow the sender down; the tests check bytes.
-    options.set_keeping(wavelume_test::sim_block_keeping_t::size_only);
+    options.set_keeping(wavelume_sim::sim_block_keeping_t::size_only);
     options.raw_socket.block_idle_gap = std::chrono::milliseconds(200);
     started = instrument.start(options);
     setenv("WAVELUME_VXI11_PORTMAPPER_PORT", std::to_string(instrument.portmapper_port()).c_str(),
            1);
     devices = std::make_unique<nal::visa_device_manager_t>(
-        std::make_shared<wavelume_test::sim_listing_visa_t>(
+        std::make_shared<wavelume_sim::sim_listing_visa_t>(
             std::vector<std::string>{instrument.socket_resource(), instrument.hislip_resource()}));
     deal = std::make_unique<nal::comm_deal_t>(*devices);
     deal->add_tcpip_inst_res(QStringLiteral("127.0.0.1"));
@@ -61,7 +61,7 @@ struct bench_setup_t {
                                                     : instrument.hislip_resource();
   }
 
-  wavelume_test::sim_instrument_t instrument;
+  wavelume_sim::sim_instrument_t instrument;
   bool started = false;
   std::unique_ptr<nal::visa_device_manager_t> devices;
   std::unique_ptr<nal::comm_deal_t> deal;
@@ -74,14 +74,14 @@ bench_setup_t& setup() {
 }
 
 // Waits for the block after `blocks_before` and returns its write event: first and last byte.
-bool received_block(std::size_t blocks_before, wavelume_test::sim_wire_event_t& write) {
+bool received_block(std::size_t blocks_before, wavelume_sim::sim_wire_event_t& write) {
   auto& record = setup().instrument.record();
   if (!record.wait_for_blocks(blocks_before + 1, block_timeout)) {
     return false;
   }
   const auto events = record.events();
   for (auto it = events.rbegin(); it != events.rend(); ++it) {
-    if (it->kind == wavelume_test::sim_wire_event_t::WRITE && it->head.rfind("IQDA ", 0) == 0) {
+    if (it->kind == wavelume_sim::sim_wire_event_t::WRITE && it->head.rfind("IQDA ", 0) == 0) {
       write = *it;
       return true;
     }
@@ -101,7 +101,7 @@ void measure(benchmark::State& state, const std::function<bool()>& send_block) {
   for (auto _ : state) {
     const std::size_t blocks_before = setup().instrument.record().blocks().size();
     const auto pressed = steady_clock::now();
-    wavelume_test::sim_wire_event_t write;
+    wavelume_sim::sim_wire_event_t write;
     if (!send_block() || !received_block(blocks_before, write)) {
       state.SkipWithError("the block did not arrive");
       return;

@@ -10,7 +10,7 @@
 
 #include "cli/cli_download.h"
 #include "tests/cli/cli_generate_fixture.h"
-#include "tests/comm/simulator/sim_instrument.h"
+#include "tools/instrument_sim/sim_instrument.h"
 
 namespace {
 
@@ -20,8 +20,8 @@ class CliDownload : public wavelume_test::cli_generate_fixture_t {
  protected:
   void SetUp() override {
     cli_generate_fixture_t::SetUp();
-    wavelume_test::sim_instrument_options_t options;
-    options.set_keeping(wavelume_test::sim_block_keeping_t::bytes);
+    wavelume_sim::sim_instrument_options_t options;
+    options.set_keeping(wavelume_sim::sim_block_keeping_t::bytes);
     ASSERT_TRUE(_instrument.start(options));
     ::setenv("WAVELUME_VXI11_PORTMAPPER_PORT",
              std::to_string(_instrument.portmapper_port()).c_str(), 1);
@@ -54,7 +54,7 @@ class CliDownload : public wavelume_test::cli_generate_fixture_t {
     return line;
   }
 
-  wavelume_test::sim_instrument_t _instrument;
+  wavelume_sim::sim_instrument_t _instrument;
 };
 
 std::string file_bytes(const fs::path& path) {

@@ -22,20 +22,20 @@
 #include "comm/comm_deal.h"
 #include "comm/visa_device_manager.h"
 #include "comm/visa_resource.h"
-#include "tests/comm/simulator/sim_instrument.h"
-#include "tests/comm/simulator/sim_listing_visa.h"
-#include "tests/comm/simulator/sim_message_sink.h"
+#include "tools/instrument_sim/sim_instrument.h"
+#include "tools/instrument_sim/sim_listing_visa.h"
+#include "tools/instrument_sim/sim_message_sink.h"
 
 namespace {
 
 using nal::comm_deal_t;
 using nal::visa_device_manager_t;
-using wavelume_test::sim_block_keeping_t;
-using wavelume_test::sim_instrument_options_t;
-using wavelume_test::sim_instrument_t;
-using wavelume_test::sim_kept_block_t;
-using wavelume_test::sim_transport_t;
-using wavelume_test::sim_wire_event_t;
+using wavelume_sim::sim_block_keeping_t;
+using wavelume_sim::sim_instrument_options_t;
+using wavelume_sim::sim_instrument_t;
+using wavelume_sim::sim_kept_block_t;
+using wavelume_sim::sim_transport_t;
+using wavelume_sim::sim_wire_event_t;
 
 constexpr auto transfer_timeout = std::chrono::seconds(120);
 constexpr std::size_t fifty_megabytes = 50u << 20;
@@ -71,7 +71,7 @@ class linked_instrument_t {
     setenv("WAVELUME_VXI11_PORTMAPPER_PORT", std::to_string(instrument.portmapper_port()).c_str(),
            1);
     devices =
-        std::make_unique<visa_device_manager_t>(std::make_shared<wavelume_test::sim_listing_visa_t>(
+        std::make_unique<visa_device_manager_t>(std::make_shared<wavelume_sim::sim_listing_visa_t>(
             std::vector<std::string>{instrument.socket_resource(), instrument.hislip_resource()}));
     deal = std::make_unique<comm_deal_t>(*devices);
     deal->add_tcpip_inst_res(QStringLiteral("127.0.0.1"));
@@ -158,7 +158,7 @@ TEST_P(SimulatorLinkConcurrency, FiftyMegabyteWaveformArrivesByteIdentical) {
   if (transport == sim_transport_t::hislip) {
     const std::uint64_t allowed = GetParam().hislip_max_message_size != 0
                                       ? GetParam().hislip_max_message_size
-                                      : wavelume_test::sim_hislip_options_t{}.max_message_size;
+                                      : wavelume_sim::sim_hislip_options_t{}.max_message_size;
     EXPECT_LE(link.instrument.hislip()->largest_payload(), allowed);
   }
 }
@@ -221,7 +221,7 @@ TEST_P(SimulatorLinkConcurrency, DownloadFromFileFollowsTheWireSequence) {
       reply += session[at++].head;
     }
     EXPECT_EQ(reply.substr(0, 32),
-              std::string(wavelume_test::sim_message_sink_t::identification).substr(0, 32));
+              std::string(wavelume_sim::sim_message_sink_t::identification).substr(0, 32));
   }
   ASSERT_EQ(at + 1, session.size());
   EXPECT_EQ(session[at].kind, sim_wire_event_t::WRITE);
@@ -253,7 +253,7 @@ TEST(SimulatorLinkConcurrencyDevices, TwoTickedDevicesAreServedOneAfterTheOther)
   // One device list holding both instruments, the first by its socket, the second by HiSLIP.
   const std::string first_name = first.instrument.socket_resource();
   const std::string second_name = second.instrument.hislip_resource();
-  visa_device_manager_t devices(std::make_shared<wavelume_test::sim_listing_visa_t>(
+  visa_device_manager_t devices(std::make_shared<wavelume_sim::sim_listing_visa_t>(
       std::vector<std::string>{first_name, second_name}));
   comm_deal_t deal(devices);
   const QByteArray first_data = waveform_bytes(2u << 20, 1);
@@ -299,7 +299,7 @@ TEST(SimulatorLinkConcurrencyDevices, InstrumentGoneBeforeDownloadReportsFailure
     ASSERT_TRUE(link.deal->connect_resource(QString::fromStdString(link.resource(transport))));
     link.instrument.stop();
     EXPECT_FALSE(link.download(transport, waveform_bytes(1u << 20, 4)))
-        << wavelume_test::sim_transport_name(transport);
+        << wavelume_sim::sim_transport_name(transport);
     EXPECT_TRUE(link.instrument.record().blocks().empty());
   }
 }

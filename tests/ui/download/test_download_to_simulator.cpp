@@ -17,9 +17,9 @@
 
 #include "comm/comm_deal.h"
 #include "comm/visa_device_manager.h"
-#include "tests/comm/simulator/sim_instrument.h"
-#include "tests/comm/simulator/sim_listing_visa.h"
-#include "tests/comm/simulator/sim_message_sink.h"
+#include "tools/instrument_sim/sim_instrument.h"
+#include "tools/instrument_sim/sim_listing_visa.h"
+#include "tools/instrument_sim/sim_message_sink.h"
 #include "tests/ui/download/test_dialog_helpers.h"
 #include "tests/ui/download/test_suites.h"
 #include "ui/download/ui_dialog_add_new_resource.h"
@@ -29,21 +29,21 @@ namespace test_ui_download {
 namespace {
 
 using nal::ui_dialog_download_waveform_data_t;
-using wavelume_test::sim_transport_t;
+using wavelume_sim::sim_transport_t;
 
 constexpr auto block_timeout = std::chrono::seconds(20);
 
 // The simulator's identification as the row shows it, without its line feed.
 QString simulator_idn() {
-  return QString::fromLatin1(wavelume_test::sim_message_sink_t::identification).trimmed();
+  return QString::fromLatin1(wavelume_sim::sim_message_sink_t::identification).trimmed();
 }
 
 // One simulated instrument, found by the search over its socket and its HiSLIP name, and the
 // link's device list and front over it. Blocks are kept whole.
 struct simulated_link_t {
   simulated_link_t() {
-    wavelume_test::sim_instrument_options_t options;
-    options.set_keeping(wavelume_test::sim_block_keeping_t::bytes);
+    wavelume_sim::sim_instrument_options_t options;
+    options.set_keeping(wavelume_sim::sim_block_keeping_t::bytes);
     options.raw_socket.block_idle_gap = std::chrono::milliseconds(100);
     started = instrument.start(options);
     setenv("WAVELUME_VXI11_PORTMAPPER_PORT", std::to_string(instrument.portmapper_port()).c_str(),
@@ -51,12 +51,12 @@ struct simulated_link_t {
     socket = QString::fromStdString(instrument.socket_resource());
     hislip = QString::fromStdString(instrument.hislip_resource());
     devices = std::make_unique<nal::visa_device_manager_t>(
-        std::make_shared<wavelume_test::sim_listing_visa_t>(
+        std::make_shared<wavelume_sim::sim_listing_visa_t>(
             std::vector<std::string>{socket.toStdString(), hislip.toStdString()}));
     deal = std::make_unique<nal::comm_deal_t>(*devices);
   }
 
-  wavelume_test::sim_instrument_t instrument;
+  wavelume_sim::sim_instrument_t instrument;
   bool started = false;
   QString socket;
   QString hislip;
@@ -96,9 +96,9 @@ void download_from(ui_dialog_download_waveform_data_t& dialog, const QString& pa
   QTest::mouseClick(dialog.findChild<QPushButton*>(QStringLiteral("Download")), Qt::LeftButton);
 }
 
-bool any_block_written(const std::vector<wavelume_test::sim_wire_event_t>& events) {
+bool any_block_written(const std::vector<wavelume_sim::sim_wire_event_t>& events) {
   for (const auto& event : events) {
-    if (event.kind == wavelume_test::sim_wire_event_t::WRITE && event.head.rfind("IQDA", 0) == 0) {
+    if (event.kind == wavelume_sim::sim_wire_event_t::WRITE && event.head.rfind("IQDA", 0) == 0) {
       return true;
     }
   }

@@ -13,7 +13,7 @@
 
 #include "cfg/cfg_custom_iq.h"
 #include "comm/visa_device_manager.h"
-#include "tests/comm/simulator/sim_instrument.h"
+#include "tools/instrument_sim/sim_instrument.h"
 #include "tests/ui/pages/test_tone_page.h"
 #include "ui/pages/ui_close_button.h"
 #include "ui/pages/ui_custom_iq_page.h"
@@ -231,9 +231,9 @@ class PageFrame : public QObject {
   // The Download dialog's "Current Setting" road: the page makes the device current, its
   // configuration sends the sealed block, and the answer goes back to the dialog.
   void current_setting_reaches_the_instrument() {
-    wavelume_test::sim_instrument_t instrument;
-    wavelume_test::sim_instrument_options_t options;
-    options.set_keeping(wavelume_test::sim_block_keeping_t::bytes);
+    wavelume_sim::sim_instrument_t instrument;
+    wavelume_sim::sim_instrument_options_t options;
+    options.set_keeping(wavelume_sim::sim_block_keeping_t::bytes);
     QVERIFY(instrument.start(options));
     const QString resource = QString::fromStdString(instrument.hislip_resource());
     nal::visa_device_manager_t::instance().add_resource(resource);

@@ -1,6 +1,6 @@
-#include "tests/comm/simulator/sim_instrument.h"
+#include "tools/instrument_sim/sim_instrument.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 void sim_instrument_options_t::set_keeping(sim_block_keeping_t keeping) {
   raw_socket.keeping = keeping;
@@ -61,4 +61,4 @@ std::string sim_instrument_t::hislip_resource() const {
   return "TCPIP0::127.0.0.1::hislip0," + std::to_string(hislip_port()) + "::INSTR";
 }
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -12,7 +12,7 @@
 #include <mutex>
 #include <thread>
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 class sim_tcp_server_t {
  public:
@@ -52,4 +52,4 @@ class sim_tcp_server_t {
   std::list<std::unique_ptr<connection_t>> _connections;
 };
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

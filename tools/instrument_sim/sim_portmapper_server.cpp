@@ -1,4 +1,4 @@
-#include "tests/comm/simulator/sim_portmapper_server.h"
+#include "tools/instrument_sim/sim_portmapper_server.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -8,9 +8,9 @@
 
 #include <string>
 
-#include "tests/comm/simulator/sim_vxi11_server.h"
+#include "tools/instrument_sim/sim_vxi11_server.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 namespace {
 
@@ -124,4 +124,4 @@ sim_rpc_server_t::accept_status_t sim_portmapper_server_t::call(int, std::uint32
   }
 }
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

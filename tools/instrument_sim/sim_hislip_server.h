@@ -14,10 +14,10 @@
 #include <memory>
 #include <mutex>
 
-#include "tests/comm/simulator/sim_tcp_server.h"
-#include "tests/comm/simulator/sim_wire_record.h"
+#include "tools/instrument_sim/sim_tcp_server.h"
+#include "tools/instrument_sim/sim_wire_record.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 struct sim_hislip_options_t {
   // Announced in AsyncMaximumMessageSizeResponse: the largest Data payload accepted.
@@ -54,4 +54,4 @@ class sim_hislip_server_t : public sim_tcp_server_t {
   std::uint64_t _largest_payload = 0;
 };
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

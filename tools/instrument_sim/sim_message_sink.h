@@ -10,11 +10,11 @@
 #include <memory>
 #include <string>
 
-#include "tests/comm/simulator/sim_wire_record.h"
+#include "tools/instrument_sim/sim_wire_record.h"
 
 class QCryptographicHash;
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 class sim_message_sink_t {
  public:
@@ -68,4 +68,4 @@ class sim_message_sink_t {
   std::string _reply;
 };
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -1,5 +1,5 @@
 // wavelume-instrument-sim: the loopback instrument simulator as a program, for checks with
-// independent clients. It prints its ports on one line,
+// independent clients and for trying downloads by hand. It prints its ports on one line,
 //   socket PORT vxi11 PORT portmapper PORT hislip PORT
 // runs until standard input closes or SIGINT/SIGTERM arrives, then prints what it recorded:
 //   event TRANSPORT SESSION connect|write|read|close SIZE HEAD_HEX
@@ -17,14 +17,14 @@
 #include <cstring>
 #include <string>
 
-#include "tests/comm/simulator/sim_instrument.h"
+#include "tools/instrument_sim/sim_instrument.h"
 
 namespace {
 
-using wavelume_test::sim_block_keeping_t;
-using wavelume_test::sim_instrument_options_t;
-using wavelume_test::sim_instrument_t;
-using wavelume_test::sim_wire_event_t;
+using wavelume_sim::sim_block_keeping_t;
+using wavelume_sim::sim_instrument_options_t;
+using wavelume_sim::sim_instrument_t;
+using wavelume_sim::sim_wire_event_t;
 
 const char usage[] =
     "usage: wavelume-instrument-sim [--socket-port N] [--vxi11-port N] [--portmapper-port N]\n"
@@ -98,11 +98,11 @@ std::string hex(const std::string& bytes) {
 void print_record(sim_instrument_t& instrument) {
   static const char* const kinds[] = {"connect", "write", "read", "close"};
   for (const auto& event : instrument.record().events()) {
-    std::printf("event %s %d %s %zu %s\n", wavelume_test::sim_transport_name(event.transport),
+    std::printf("event %s %d %s %zu %s\n", wavelume_sim::sim_transport_name(event.transport),
                 event.session, kinds[event.kind], event.size, hex(event.head).c_str());
   }
   for (const auto& block : instrument.record().blocks()) {
-    std::printf("block %s %d %zu %s\n", wavelume_test::sim_transport_name(block.transport),
+    std::printf("block %s %d %zu %s\n", wavelume_sim::sim_transport_name(block.transport),
                 block.session, block.size, block.md5.empty() ? "-" : block.md5.c_str());
   }
   std::printf("end\n");

@@ -10,10 +10,10 @@
 
 #include <chrono>
 
-#include "tests/comm/simulator/sim_tcp_server.h"
-#include "tests/comm/simulator/sim_wire_record.h"
+#include "tools/instrument_sim/sim_tcp_server.h"
+#include "tools/instrument_sim/sim_wire_record.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 struct sim_raw_socket_options_t {
   std::chrono::milliseconds command_idle_gap{50};
@@ -35,4 +35,4 @@ class sim_raw_socket_server_t : public sim_tcp_server_t {
   const sim_raw_socket_options_t _options;
 };
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

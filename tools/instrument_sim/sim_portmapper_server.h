@@ -10,9 +10,9 @@
 #include <thread>
 #include <vector>
 
-#include "tests/comm/simulator/sim_rpc_server.h"
+#include "tools/instrument_sim/sim_rpc_server.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 class sim_portmapper_server_t : public sim_rpc_server_t {
  public:
@@ -46,4 +46,4 @@ class sim_portmapper_server_t : public sim_rpc_server_t {
   std::thread _datagram_thread;
 };
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

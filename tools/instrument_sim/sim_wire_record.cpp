@@ -1,8 +1,8 @@
-#include "tests/comm/simulator/sim_wire_record.h"
+#include "tools/instrument_sim/sim_wire_record.h"
 
 #include <utility>
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 const char* sim_transport_name(sim_transport_t transport) {
   switch (transport) {
@@ -67,4 +67,4 @@ bool sim_wire_record_t::wait_for_blocks(std::size_t count,
                     timeout);
 }
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -1,6 +1,6 @@
-#include "tests/comm/simulator/sim_xdr.h"
+#include "tools/instrument_sim/sim_xdr.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 std::uint32_t sim_xdr_reader_t::u32() {
   if (!_ok || _size - _position < 4) {
@@ -49,4 +49,4 @@ void sim_xdr_writer_t::opaque(const void* data, std::size_t size) {
   _bytes.append((4 - size % 4) % 4, '\0');
 }
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

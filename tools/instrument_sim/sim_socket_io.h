@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 // Receives exactly `size` bytes. False on close, error or shutdown.
 bool sim_receive_exact(int socket, void* buffer, std::size_t size);
@@ -16,4 +16,4 @@ bool sim_send_all(int socket, const void* data, std::size_t size);
 // `bound_port` receives the port actually bound.
 int sim_listen_loopback(std::uint16_t port, std::uint16_t& bound_port);
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

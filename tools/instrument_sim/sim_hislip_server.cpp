@@ -1,4 +1,4 @@
-#include "tests/comm/simulator/sim_hislip_server.h"
+#include "tools/instrument_sim/sim_hislip_server.h"
 
 #include <algorithm>
 #include <atomic>
@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "tests/comm/simulator/sim_message_sink.h"
-#include "tests/comm/simulator/sim_socket_io.h"
+#include "tools/instrument_sim/sim_message_sink.h"
+#include "tools/instrument_sim/sim_socket_io.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 namespace {
 
@@ -302,4 +302,4 @@ void sim_hislip_server_t::_serve_asynchronous(int socket, const header_t& initia
   }
 }
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -1,4 +1,4 @@
-#include "tests/comm/simulator/sim_socket_io.h"
+#include "tools/instrument_sim/sim_socket_io.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -7,7 +7,7 @@
 
 #include <cerrno>
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 bool sim_receive_exact(int socket, void* buffer, std::size_t size) {
   auto* bytes = static_cast<unsigned char*>(buffer);
@@ -63,4 +63,4 @@ int sim_listen_loopback(std::uint16_t port, std::uint16_t& bound_port) {
   return listener;
 }
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

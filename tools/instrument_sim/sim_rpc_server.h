@@ -7,10 +7,10 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "tests/comm/simulator/sim_tcp_server.h"
-#include "tests/comm/simulator/sim_xdr.h"
+#include "tools/instrument_sim/sim_tcp_server.h"
+#include "tools/instrument_sim/sim_xdr.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 class sim_rpc_server_t : public sim_tcp_server_t {
  public:
@@ -51,4 +51,4 @@ class sim_rpc_server_t : public sim_tcp_server_t {
   const std::size_t _reply_fragment_size;
 };
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 class sim_xdr_reader_t {
  public:
@@ -40,4 +40,4 @@ class sim_xdr_writer_t {
   std::string _bytes;
 };
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -9,13 +9,13 @@
 #include <memory>
 #include <string>
 
-#include "tests/comm/simulator/sim_hislip_server.h"
-#include "tests/comm/simulator/sim_portmapper_server.h"
-#include "tests/comm/simulator/sim_raw_socket_server.h"
-#include "tests/comm/simulator/sim_vxi11_server.h"
-#include "tests/comm/simulator/sim_wire_record.h"
+#include "tools/instrument_sim/sim_hislip_server.h"
+#include "tools/instrument_sim/sim_portmapper_server.h"
+#include "tools/instrument_sim/sim_raw_socket_server.h"
+#include "tools/instrument_sim/sim_vxi11_server.h"
+#include "tools/instrument_sim/sim_wire_record.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 struct sim_instrument_options_t {
   std::uint16_t socket_port = 0;
@@ -65,4 +65,4 @@ class sim_instrument_t {
   std::unique_ptr<sim_hislip_server_t> _hislip;
 };
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -1,11 +1,11 @@
-#include "tests/comm/simulator/sim_rpc_server.h"
+#include "tools/instrument_sim/sim_rpc_server.h"
 
 #include <algorithm>
 #include <string>
 
-#include "tests/comm/simulator/sim_socket_io.h"
+#include "tools/instrument_sim/sim_socket_io.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 namespace {
 
@@ -134,4 +134,4 @@ bool sim_rpc_server_t::answer(int socket, const std::string& call_message, std::
   return true;
 }
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -1,4 +1,4 @@
-#include "tests/comm/simulator/sim_raw_socket_server.h"
+#include "tools/instrument_sim/sim_raw_socket_server.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -7,10 +7,10 @@
 #include <cerrno>
 #include <vector>
 
-#include "tests/comm/simulator/sim_message_sink.h"
-#include "tests/comm/simulator/sim_socket_io.h"
+#include "tools/instrument_sim/sim_message_sink.h"
+#include "tools/instrument_sim/sim_socket_io.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 namespace {
 
@@ -94,4 +94,4 @@ void sim_raw_socket_server_t::serve(int socket) {
   sink.record_event(sim_wire_event_t::CLOSE);
 }
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -14,10 +14,10 @@
 #include <memory>
 #include <mutex>
 
-#include "tests/comm/simulator/sim_rpc_server.h"
-#include "tests/comm/simulator/sim_wire_record.h"
+#include "tools/instrument_sim/sim_rpc_server.h"
+#include "tools/instrument_sim/sim_wire_record.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 class sim_message_sink_t;
 
@@ -69,4 +69,4 @@ class sim_vxi11_server_t : public sim_rpc_server_t {
   std::map<std::uint32_t, std::unique_ptr<link_t>> _links;
 };
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

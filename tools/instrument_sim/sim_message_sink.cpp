@@ -1,4 +1,4 @@
-#include "tests/comm/simulator/sim_message_sink.h"
+#include "tools/instrument_sim/sim_message_sink.h"
 
 #include <QCryptographicHash>
 
@@ -6,7 +6,7 @@
 #include <cctype>
 #include <cstring>
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 namespace {
 
@@ -132,4 +132,4 @@ std::string sim_message_sink_t::take_reply(std::size_t count) {
   return piece;
 }
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -12,7 +12,7 @@
 
 #include "comm/comm_visa_builtin.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 class sim_listing_visa_t : public nal::comm_visa_api_t {
  public:
@@ -74,4 +74,4 @@ class sim_listing_visa_t : public nal::comm_visa_api_t {
   std::size_t _next = 0;
 };
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -1,4 +1,4 @@
-#include "tests/comm/simulator/sim_tcp_server.h"
+#include "tools/instrument_sim/sim_tcp_server.h"
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -7,9 +7,9 @@
 
 #include <cerrno>
 
-#include "tests/comm/simulator/sim_socket_io.h"
+#include "tools/instrument_sim/sim_socket_io.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 sim_tcp_server_t::~sim_tcp_server_t() {
   stop();
@@ -90,4 +90,4 @@ void sim_tcp_server_t::_reap_finished() {
   }
 }
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 enum class sim_transport_t { raw_socket, vxi11, hislip };
 
@@ -80,4 +80,4 @@ class sim_wire_record_t {
   int _last_session = 0;
 };
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim

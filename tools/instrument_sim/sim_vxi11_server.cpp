@@ -1,13 +1,13 @@
-#include "tests/comm/simulator/sim_vxi11_server.h"
+#include "tools/instrument_sim/sim_vxi11_server.h"
 
 #include <algorithm>
 #include <cctype>
 #include <string>
 #include <vector>
 
-#include "tests/comm/simulator/sim_message_sink.h"
+#include "tools/instrument_sim/sim_message_sink.h"
 
-namespace wavelume_test {
+namespace wavelume_sim {
 
 namespace {
 
@@ -220,4 +220,4 @@ void sim_vxi11_server_t::_remove(std::uint32_t link_id) {
   _links.erase(link_id);
 }
 
-}  // namespace wavelume_test
+}  // namespace wavelume_sim
