@@ -18,7 +18,7 @@ TEST(CliPhaseConcurrency, LiveLineShowsElapsedTimeAndIsClearedAtTheEnd) {
   const std::string shown = errors.str();
   EXPECT_NE(shown.find("\rcomputing the waveform... 0."), std::string::npos) << shown;
   EXPECT_EQ(shown.substr(shown.size() - 4), "\r\033[K");  // the line is erased when done
-  EXPECT_EQ(phase.finish(), seconds);                    // finishing twice changes nothing
+  EXPECT_EQ(phase.finish(), seconds);                     // finishing twice changes nothing
 }
 
 TEST(CliPhaseConcurrency, QuietWhenNotLive) {

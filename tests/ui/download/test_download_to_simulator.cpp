@@ -17,11 +17,11 @@
 
 #include "comm/comm_deal.h"
 #include "comm/visa_device_manager.h"
+#include "tests/ui/download/test_dialog_helpers.h"
+#include "tests/ui/download/test_suites.h"
 #include "tools/instrument_sim/sim_instrument.h"
 #include "tools/instrument_sim/sim_listing_visa.h"
 #include "tools/instrument_sim/sim_message_sink.h"
-#include "tests/ui/download/test_dialog_helpers.h"
-#include "tests/ui/download/test_suites.h"
 #include "ui/download/ui_dialog_add_new_resource.h"
 
 namespace test_ui_download {

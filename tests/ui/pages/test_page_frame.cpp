@@ -13,8 +13,8 @@
 
 #include "cfg/cfg_custom_iq.h"
 #include "comm/visa_device_manager.h"
-#include "tools/instrument_sim/sim_instrument.h"
 #include "tests/ui/pages/test_tone_page.h"
+#include "tools/instrument_sim/sim_instrument.h"
 #include "ui/pages/ui_close_button.h"
 #include "ui/pages/ui_custom_iq_page.h"
 #include "ui/pages/ui_resources.h"
