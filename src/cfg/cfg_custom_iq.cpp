@@ -75,6 +75,12 @@ bool cfg_custom_iq_t::get_waveform_data(lib_iq_data_arr_t& samples) {
   return true;
 }
 
+const lib_iq_data_arr_t& cfg_custom_iq_t::compute_waveform(lib_iq_data_arr_t& storage) {
+  storage.clear();
+  _engine->update_waveform();
+  return _engine->get_waveform_data();
+}
+
 std::string cfg_custom_iq_t::file_header() const {
   const lib_iq_data_arr_t& samples = _engine->get_waveform_data();
   const fp64 rms = cfg_waveform_file_t::header_rms(samples);

@@ -25,6 +25,14 @@ class cfg_custom_iq_t : public cfg_protocol_base_t {
   bool save_to_xml(pugi::xml_node& node) const override;
   protocol_type_t protocol_type() const override { return PROTOCOL_CUSTOM_IQ; }
 
+  // What the protocol registry asks of a configuration; see cfg_protocol_registry.h. The engine
+  // computes on demand only, so compute_waveform runs it and returns its own array.
+  fp64 get_waveform_length() const { return _engine->get_waveform_length(); }
+  uint64 get_sample_points() const { return _engine->get_total_sample_points(); }
+  fp64 get_sample_rate() const { return _engine->get_sample_rate(); }
+  const lib_iq_data_arr_t& compute_waveform(lib_iq_data_arr_t& storage);
+  lib_waveform_annotations_t get_annotations() const { return _engine->get_frame_segments(); }
+
   // The waveform file header of the current settings and samples; printed as it is built.
   std::string file_header() const;
   custom_iq_t& engine() { return *_engine; }

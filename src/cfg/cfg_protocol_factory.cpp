@@ -2,7 +2,7 @@
 
 #include <iostream>
 
-#include "cfg/cfg_custom_iq.h"
+#include "cfg/cfg_protocol_registry.h"
 
 namespace nal {
 
@@ -11,17 +11,17 @@ std::unique_ptr<cfg_protocol_base_t> cfg_protocol_factory_t::create_protocol_con
   if (type == PROTOCOL_HOME) {
     return nullptr;
   }
-  if (type == PROTOCOL_CUSTOM_IQ) {
-    return std::make_unique<cfg_custom_iq_t>();
-  }
-  const auto& names = protocol_type_state_text_map();
-  const auto name = names.find(type);
-  if (name == names.end()) {
+  const cfg_protocol_row_t* row = cfg_protocol_registry_t::find(type);
+  if (row == nullptr) {
     std::cerr << "Unknown Protocol Type!" << std::endl;
     return nullptr;
   }
-  std::cerr << "The " << name->second << " engine is not available in this build." << std::endl;
-  return nullptr;
+  if (!row->has_engine()) {
+    std::cerr << "The " << protocol_type_state_text_map().at(type)
+              << " engine is not available in this build." << std::endl;
+    return nullptr;
+  }
+  return row->create();
 }
 
 }  // namespace nal

@@ -61,9 +61,9 @@ bool cfg_waveform_file_t::save_iq_waveform_file(const std::string& header,
   if (separator == std::string::npos) {
     separator = path.find_last_of('/');
   }
-  const std::string named = separator == std::string::npos
-                                ? header
-                                : replace_file_name(header, path.substr(separator + 1));
+  // A bare name is its own base name: "d.ARB" and "./d.ARB" give the same header.
+  const std::string named =
+      replace_file_name(header, separator == std::string::npos ? path : path.substr(separator + 1));
   // One pass in cache-sized chunks: each is encoded into a slot of the hash thread, written,
   // then hashed there while the next is encoded. The seal has a fixed width, so it is written
   // as a placeholder first and filled in at the end. The disk writes run behind, in the

@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "cfg/cfg_enum_miss_recorder.h"
 #include "lib/lib_enum_text.h"
 
 namespace nal {
@@ -15,7 +16,9 @@ class lib_xml_common_t {
   template <typename enum_t>
   static enum_t get_enum_value(const std::map<enum_t, std::string>& map, const std::string& text) {
     enum_t value = static_cast<enum_t>(0);
-    common_lib::lib_enum_text_t::get_enum_value(map, text, value);
+    if (!common_lib::lib_enum_text_t::get_enum_value(map, text, value)) {
+      cfg_enum_miss_recorder_t::note(map, text);
+    }
     return value;
   }
 

@@ -115,14 +115,21 @@ int run_download(const std::vector<std::string>& arguments, std::ostream& out,
     return 0;
   }
   std::string protocol_text;
-  auto configuration = load_configuration(source, options, protocol_text, error);
+  std::vector<cli_setting_change_t> changes;
+  auto configuration = load_configuration(source, options, protocol_text, changes, error);
   if (!configuration) {
     errors << "wavelume-cli download: " << error << "\n";
     return 2;
   }
-  compute_waveform(*configuration);
-  nal::lib_iq_data_arr_t storage;
-  const std::size_t sample_count = computed_samples(*configuration, storage).size();
+  if (!report_setting_changes("wavelume-cli download", changes, options.strict, errors)) {
+    return 2;
+  }
+  cli_waveform_t waveform;
+  if (!compute_waveform(*configuration, waveform, error)) {
+    errors << "wavelume-cli download: " << error << "\n";
+    return 2;
+  }
+  const std::size_t sample_count = waveform.samples->size();
   if (sample_count == 0) {
     errors << "wavelume-cli download: the settings produced no waveform\n";
     return 1;

@@ -13,6 +13,7 @@
 #include "cli/cli_protocol_names.h"
 #include "cli/cli_source.h"
 #include "cli/cli_source_options.h"
+#include "cli/cli_text.h"
 
 namespace wavelume::cli {
 
@@ -40,8 +41,9 @@ void report_timing(std::ostream& errors, std::size_t sample_count, const std::st
 }  // namespace
 
 int run_protocols(std::ostream& out) {
-  for (const auto& [name, type] : protocol_names()) {
-    out << name << "\t" << nal::protocol_type_state_text_map().at(type) << "\n";
+  for (const nal::cfg_protocol_row_t& row : nal::cfg_protocol_registry_t::rows()) {
+    out << row.cli_name << "\t" << nal::protocol_type_state_text_map().at(row.type)
+        << (row.has_engine() ? "" : "\t(no engine in this build)") << "\n";
   }
   return 0;
 }
@@ -87,26 +89,33 @@ int run_generate(const std::vector<std::string>& arguments, std::ostream& out,
               "OUT\n";
     return 2;
   }
-  auto configuration = load_configuration(options.positional[0], options, protocol_text, error);
+  std::vector<cli_setting_change_t> changes;
+  auto configuration =
+      load_configuration(options.positional[0], options, protocol_text, changes, error);
   if (!configuration) {
     errors << "wavelume-cli generate: " << error << "\n";
+    return 2;
+  }
+  if (!report_setting_changes("wavelume-cli generate", changes, options.strict, errors)) {
     return 2;
   }
   // Live progress only where a person watches; the tests pass string streams.
   const bool live = &errors == &std::cerr && cli_phase_t::errors_on_terminal();
   cli_phase_t computing(errors, "computing the waveform", live);
-  compute_waveform(*configuration);
+  cli_waveform_t waveform;
+  if (!compute_waveform(*configuration, waveform, error)) {
+    errors << "wavelume-cli generate: " << error << "\n";
+    return 2;
+  }
   const double compute_seconds = computing.finish();
   const double compute_peak = cli_phase_t::peak_memory_bytes();
-  nal::lib_iq_data_arr_t storage;
-  const nal::lib_iq_data_arr_t& samples = computed_samples(*configuration, storage);
+  const nal::lib_iq_data_arr_t& samples = *waveform.samples;
   if (samples.empty()) {
     errors << "wavelume-cli generate: the settings produced no waveform\n";
     return 1;
   }
   cli_phase_t writing(errors, "writing " + options.output, live);
-  if (!write_output(*configuration, samples, sample_rate_of(*configuration), protocol_text,
-                    options.output, error)) {
+  if (!write_output(*configuration, waveform, protocol_text, options.output, error)) {
     errors << "wavelume-cli generate: " << error << "\n";
     return 2;
   }
@@ -116,7 +125,13 @@ int run_generate(const std::vector<std::string>& arguments, std::ostream& out,
                   write_seconds);
   }
   out << options.output << ": " << samples.size() << " samples at "
-      << sample_rate_of(*configuration) << " Hz\n";
+      << engineering(waveform.sample_rate_hz, "Hz") << ", "
+      << engineering(static_cast<double>(samples.size()) / waveform.sample_rate_hz, "s");
+  if (!waveform.annotations.empty()) {
+    out << ", " << waveform.annotations.size() << " annotated segment"
+        << (waveform.annotations.size() == 1 ? "" : "s");
+  }
+  out << "\n";
   return 0;
 }
 

@@ -1,5 +1,6 @@
 #include "cli/cli_output.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -36,11 +37,32 @@ bool write_file(const std::string& path, const std::function<void(std::ofstream&
   return true;
 }
 
+void write_sigmf_meta(std::ofstream& out, const cli_waveform_t& waveform,
+                      const std::string& protocol) {
+  out << std::setprecision(17) << "{\n  \"global\": {\n"
+      << "    \"core:datatype\": \"cf32_le\",\n"
+      << "    \"core:sample_rate\": " << waveform.sample_rate_hz << ",\n"
+      << "    \"core:version\": \"1.0.0\",\n"
+      << "    \"core:description\": " << json_string(protocol) << "\n  },\n"
+      << "  \"captures\": [{\"core:sample_start\": 0}],\n"
+      << "  \"annotations\": [";
+  // SigMF asks for annotations in order of their start sample; ties keep the engine's order.
+  std::vector<nal::lib_waveform_segment_t> segments = waveform.annotations;
+  std::stable_sort(segments.begin(), segments.end(),
+                   [](const auto& a, const auto& b) { return a.start < b.start; });
+  for (std::size_t i = 0; i < segments.size(); ++i) {
+    out << (i == 0 ? "\n" : ",\n") << "    {\"core:sample_start\": " << segments[i].start
+        << ", \"core:sample_count\": " << segments[i].count
+        << ", \"core:label\": " << json_string(segments[i].label) << "}";
+  }
+  out << (segments.empty() ? "]\n}\n" : "\n  ]\n}\n");
+}
+
 }  // namespace
 
-bool write_output(nal::cfg_protocol_base_t& configuration, const nal::lib_iq_data_arr_t& samples,
-                  double sample_rate, const std::string& protocol, const std::string& path,
-                  std::string& error) {
+bool write_output(nal::cfg_protocol_base_t& configuration, const cli_waveform_t& waveform,
+                  const std::string& protocol, const std::string& path, std::string& error) {
+  const nal::lib_iq_data_arr_t& samples = *waveform.samples;
   if (ends_with(path, ".ARB")) {
     if (!configuration.save_wavefrom_to_file(path)) {
       error = "cannot write '" + path + "'";
@@ -73,17 +95,7 @@ bool write_output(nal::cfg_protocol_base_t& configuration, const nal::lib_iq_dat
                },
                error) &&
            write_file(
-               meta,
-               [&](std::ofstream& out) {
-                 out << std::setprecision(17) << "{\n  \"global\": {\n"
-                     << "    \"core:datatype\": \"cf32_le\",\n"
-                     << "    \"core:sample_rate\": " << sample_rate << ",\n"
-                     << "    \"core:version\": \"1.0.0\",\n"
-                     << "    \"core:description\": " << json_string(protocol) << "\n  },\n"
-                     << "  \"captures\": [{\"core:sample_start\": 0}],\n"
-                     << "  \"annotations\": []\n}\n";
-               },
-               error);
+               meta, [&](std::ofstream& out) { write_sigmf_meta(out, waveform, protocol); }, error);
   }
   error = "'" + path + "': the output must end in .ARB, .csv or .sigmf-data";
   return false;

@@ -81,6 +81,8 @@ std::string child_names(const pugi::xml_node& node) {
   return names.empty() ? "(none)" : names;
 }
 
+}  // namespace
+
 bool is_number(const std::string& text) {
   if (text.empty()) {
     return false;
@@ -94,12 +96,10 @@ bool is_flag(const std::string& text) {
   return text == "true" || text == "false";
 }
 
-}  // namespace
-
 bool load_source(const std::string& source, std::optional<nal::uint64> tab,
                  pugi::xml_document& document, pugi::xml_node& configuration, std::string& error) {
-  if (const auto type = protocol_of_name(source)) {
-    return load_protocol(*type, document, configuration, error);
+  if (const nal::cfg_protocol_row_t* row = protocol_of_name(source)) {
+    return load_protocol(row->type, document, configuration, error);
   }
   if (ends_with(source, ".state") || ends_with(source, ".project")) {
     return load_state(source, tab, document, configuration, error);
@@ -113,15 +113,8 @@ bool load_source(const std::string& source, std::optional<nal::uint64> tab,
   return false;
 }
 
-bool apply_setting(pugi::xml_node configuration, const std::string& assignment,
-                   std::string& error) {
-  const std::size_t equals = assignment.find('=');
-  if (equals == std::string::npos || equals == 0) {
-    error = "--set needs PATH=VALUE, got '" + assignment + "'";
-    return false;
-  }
-  const std::string path = assignment.substr(0, equals);
-  const std::string value = assignment.substr(equals + 1);
+pugi::xml_node find_setting(pugi::xml_node configuration, const std::string& path,
+                            std::string& error) {
   pugi::xml_node node = configuration;
   std::string reached = "ProtocolConfiguration";
   std::stringstream steps(path);
@@ -144,10 +137,36 @@ bool apply_setting(pugi::xml_node configuration, const std::string& assignment,
     if (!found) {
       error = "--set " + path + ": no element '" + step + "' under " + reached +
               "; available: " + child_names(node);
-      return false;
+      return {};
     }
     node = found;
     reached += "/" + step;
+  }
+  return node;
+}
+
+bool split_setting(const std::string& assignment, std::string& path, std::string& value,
+                   std::string& error) {
+  const std::size_t equals = assignment.find('=');
+  if (equals == std::string::npos || equals == 0) {
+    error = "--set needs PATH=VALUE, got '" + assignment + "'";
+    return false;
+  }
+  path = assignment.substr(0, equals);
+  value = assignment.substr(equals + 1);
+  return true;
+}
+
+bool apply_setting(pugi::xml_node configuration, const std::string& assignment,
+                   std::string& error) {
+  std::string path;
+  std::string value;
+  if (!split_setting(assignment, path, value, error)) {
+    return false;
+  }
+  pugi::xml_node node = find_setting(configuration, path, error);
+  if (!node) {
+    return false;
   }
   const std::string old_value = node.text().get();
   if ((is_number(old_value) && !is_number(value)) || (is_flag(old_value) && !is_flag(value))) {

@@ -1,5 +1,9 @@
 #include "cli/cli_source_options.h"
 
+#include <cerrno>
+#include <cstdlib>
+
+#include "cfg/cfg_enum_miss_recorder.h"
 #include "cfg/cfg_protocol_factory.h"
 #include "cfg/cfg_protocol_type.h"
 #include "cfg/lib_xml_common.h"
@@ -19,15 +23,20 @@ bool parse_source_options(const std::vector<std::string>& arguments, std::size_t
     }
     if (argument == "--tab") {
       const std::string& value = arguments[++i];
-      if (value.empty() || value.find_first_not_of("0123456789") != std::string::npos) {
+      errno = 0;
+      const unsigned long long tab = std::strtoull(value.c_str(), nullptr, 10);
+      if (value.empty() || value.find_first_not_of("0123456789") != std::string::npos ||
+          errno == ERANGE) {
         error = "--tab needs a tab number from 0, got '" + value + "'";
         return false;
       }
-      options.tab = std::stoull(value);
+      options.tab = tab;
     } else if (argument == "--set") {
       options.settings.push_back(arguments[++i]);
     } else if (with_output && argument == "-o") {
       options.output = arguments[++i];
+    } else if (argument == "--strict") {
+      options.strict = true;
     } else if (with_output && argument == "--timing") {
       options.timing = true;
     } else if (argument.rfind("-", 0) != 0 && options.positional.size() < positional_count) {
@@ -44,10 +53,9 @@ bool parse_source_options(const std::vector<std::string>& arguments, std::size_t
   return true;
 }
 
-std::unique_ptr<nal::cfg_protocol_base_t> load_configuration(const std::string& source,
-                                                             const cli_source_options_t& options,
-                                                             std::string& protocol_text,
-                                                             std::string& error) {
+std::unique_ptr<nal::cfg_protocol_base_t> load_configuration(
+    const std::string& source, const cli_source_options_t& options, std::string& protocol_text,
+    std::vector<cli_setting_change_t>& changes, std::string& error) {
   pugi::xml_document document;
   pugi::xml_node node;
   if (!load_source(source, options.tab, document, node, error)) {
@@ -62,10 +70,12 @@ std::unique_ptr<nal::cfg_protocol_base_t> load_configuration(const std::string& 
   const auto type =
       nal::lib_xml_common_t::get_enum_value(nal::protocol_type_state_text_map(), protocol_text);
   auto configuration = nal::cfg_protocol_factory_t::create_protocol_config(type);
+  nal::cfg_enum_miss_recorder_t misses;
   if (!configuration || !configuration->load_from_xml(node)) {
     error = "cannot compute the protocol '" + protocol_text + "'";
     return nullptr;
   }
+  changes = settings_not_taken(options.settings, *configuration, misses.misses());
   return configuration;
 }
 

@@ -13,4 +13,7 @@ inline bool ends_with(const std::string& text, const std::string& ending) {
 // `text` as a JSON string literal, quotes and control characters escaped.
 std::string json_string(const std::string& text);
 
+// `value` with an SI prefix and up to four significant digits: "2 MHz", "512 us", "1.024 ks".
+std::string engineering(double value, const std::string& unit);
+
 }  // namespace wavelume::cli

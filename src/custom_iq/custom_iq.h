@@ -22,6 +22,7 @@
 #include "lib/lib_lfm.h"
 #include "lib/lib_multitone.h"
 #include "lib/lib_multitone_config.h"
+#include "lib/lib_waveform_segment.h"
 #include "lib/plib_lfm_custom_sweep_config.h"
 
 namespace nal {
@@ -231,6 +232,9 @@ class custom_iq_t : public QObject {
   // Computes the samples of the current parameters into the waveform array.
   void update_waveform();
   const lib_iq_data_arr_t& get_waveform_data() const { return _waveform; }
+  // The frames of the computed waveform, "frame 1" onwards, in equal shares of its samples (the
+  // frames of one run have the same symbol count; multitone and chirp waveforms are one frame).
+  lib_waveform_annotations_t get_frame_segments() const;
 
  signals:
   void sig_update_ui();
@@ -343,6 +347,8 @@ class custom_iq_t : public QObject {
 
   fp64 _waveform_length = 0.0;
   lib_iq_data_arr_t _waveform;
+  // Frames of the run that computed _waveform.
+  uint32 _waveform_frames = 0;
   common_lib::lib_iq_waveform_t _iq_waveform;
   common_lib::lib_multitone_t _multitone;
   common_lib::lib_lfm_t _lfm;

@@ -269,6 +269,7 @@ bool custom_iq_t::_generate() {
     _multitone.set_multitone_config(config);
     _multitone.generate();
     _waveform = _multitone.get_samples();
+    _waveform_frames = 1;
     return true;
   }
   if (_modulator_type == MODULATOR_LFM) {
@@ -282,6 +283,7 @@ bool custom_iq_t::_generate() {
     }
     _lfm.set_config(_lfm_sample_rate.value(), segments);
     _lfm.generate(_waveform);
+    _waveform_frames = 1;
     return true;
   }
   lib_iq_waveform_config_t record;
@@ -291,7 +293,19 @@ bool custom_iq_t::_generate() {
   _iq_waveform.set_modulation_config(config);
   _iq_waveform.generate_iq_signal();
   _iq_waveform.release_baseband_iq(_waveform);
+  _waveform_frames = _frame_number.value();
   return true;
+}
+
+lib_waveform_annotations_t custom_iq_t::get_frame_segments() const {
+  lib_waveform_annotations_t frames;
+  const uint64 size = _waveform.size();
+  for (uint64 frame = 0; frame < _waveform_frames && size > 0; ++frame) {
+    const uint64 start = frame * size / _waveform_frames;
+    const uint64 end = (frame + 1) * size / _waveform_frames;
+    frames.push_back({start, end - start, "frame " + std::to_string(frame + 1)});
+  }
+  return frames;
 }
 
 void custom_iq_t::update_waveform() {
@@ -300,6 +314,7 @@ void custom_iq_t::update_waveform() {
     // Freed, not just emptied: the old samples would otherwise stay allocated while the new
     // ones are computed.
     lib_iq_data_arr_t().swap(_waveform);
+    _waveform_frames = 0;
     if (!_generate()) {
       return;
     }

@@ -13,7 +13,7 @@ namespace nal {
 namespace {
 
 // A menu of protocol kinds, a separator after the first.
-void attach_menu(ui_home_square_btn_t* button, std::initializer_list<protocol_type_t> types) {
+void attach_menu(ui_home_square_btn_t* button, const std::vector<protocol_type_t>& types) {
   auto* menu = new PopupMenu(button, button);
   bool first = true;
   for (protocol_type_t type : types) {
@@ -33,6 +33,21 @@ void attach_menu(ui_home_square_btn_t* button, std::initializer_list<protocol_ty
 
 }  // namespace
 
+const std::vector<ui_home_page_t::entry_t>& ui_home_page_t::entries() {
+  static const std::vector<entry_t> entries = {
+      {"Bluetooth", {PROTOCOL_BLUETOOTH_BR_EDR, PROTOCOL_BLUETOOTH_LE}, 0, 0},
+      {"IoT",
+       {PROTOCOL_802154_OQPSK_BPSK, PROTOCOL_802154_SUN_FSK, PROTOCOL_802154_SUN_OFDM,
+        PROTOCOL_G9959},
+       0,
+       1},
+      {protocol_tab_text(PROTOCOL_CUSTOM_OFDM), {PROTOCOL_CUSTOM_OFDM}, 0, 2},
+      {protocol_tab_text(PROTOCOL_CUSTOM_IQ), {PROTOCOL_CUSTOM_IQ}, 0, 3},
+      {protocol_tab_text(PROTOCOL_TOOLKIT), {PROTOCOL_TOOLKIT}, 1, 0},
+  };
+  return entries;
+}
+
 ui_home_page_t::ui_home_page_t(QWidget* parent) : QFrame(parent) {
   setAttribute(Qt::WA_DeleteOnClose);
   setObjectName("HomePage");
@@ -43,16 +58,13 @@ ui_home_page_t::ui_home_page_t(QWidget* parent) : QFrame(parent) {
   grid->setVerticalSpacing(40);
   grid->setContentsMargins(40, 0, 40, 0);
 
-  auto* bluetooth = new ui_home_square_btn_t("Bluetooth", inner);
-  attach_menu(bluetooth, {PROTOCOL_BLUETOOTH_BR_EDR, PROTOCOL_BLUETOOTH_LE});
-  auto* iot = new ui_home_square_btn_t("IoT", inner);
-  attach_menu(iot, {PROTOCOL_802154_OQPSK_BPSK, PROTOCOL_802154_SUN_FSK, PROTOCOL_802154_SUN_OFDM,
-                    PROTOCOL_G9959});
-  grid->addWidget(bluetooth, 0, 0);
-  grid->addWidget(iot, 0, 1);
-  grid->addWidget(new ui_home_square_btn_t(protocol_tab_text(PROTOCOL_CUSTOM_OFDM), inner), 0, 2);
-  grid->addWidget(new ui_home_square_btn_t(protocol_tab_text(PROTOCOL_CUSTOM_IQ), inner), 0, 3);
-  grid->addWidget(new ui_home_square_btn_t("Toolkit", inner), 1, 0);
+  for (const entry_t& entry : entries()) {
+    auto* button = new ui_home_square_btn_t(entry.caption, inner);
+    if (entry.protocols.size() > 1) {
+      attach_menu(button, entry.protocols);
+    }
+    grid->addWidget(button, entry.row, entry.column);
+  }
 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 40, 0, 180);
