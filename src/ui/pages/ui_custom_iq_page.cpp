@@ -7,7 +7,7 @@
 #include "ui/chart/ui_ccdf_view.h"
 #include "ui/chart/ui_constellation_chart.h"
 #include "ui/pages/ui_tab_widget.h"
-#include "ui/widgets/ui_custom_iq_setup_widget.h"
+#include "ui/custom_iq/ui_custom_iq_setup_widget.h"
 
 namespace nal {
 

@@ -12,18 +12,6 @@ class test_double_spin_box_t : public QObject {
   void steps_are_decade_aware();
 };
 
-class test_custom_iq_setup_widget_t : public QObject {
-  Q_OBJECT
-
- private slots:
-  void typed_rate_reaches_the_engine();
-  void out_of_range_shows_the_engine_clamp();
-  void msk_forces_gaussian_in_the_filter_box();
-  void oqpsk_keeps_even_oversampling_and_refuses_gaussian();
-  void lfm_segment_table_follows_the_engine();
-  void refresh_calls_no_setter();
-};
-
 class test_pattern_editors_t : public QObject {
   Q_OBJECT
 

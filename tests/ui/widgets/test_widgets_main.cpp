@@ -13,10 +13,6 @@ int main(int argc, char** argv) {
     failures += QTest::qExec(&test, argc, argv);
   }
   {
-    test_custom_iq_setup_widget_t test;
-    failures += QTest::qExec(&test, argc, argv);
-  }
-  {
     test_pattern_editors_t test;
     failures += QTest::qExec(&test, argc, argv);
   }

@@ -1,4 +1,4 @@
-#include "ui/widgets/ui_multitone_panel.h"
+#include "ui/custom_iq/ui_multitone_panel.h"
 
 namespace nal {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/widgets/ui_filter_box.h"
+#include "ui/custom_iq/ui_filter_box.h"
 
 #include <QComboBox>
 #include <QStandardItemModel>

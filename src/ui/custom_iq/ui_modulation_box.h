@@ -4,7 +4,7 @@
 // MSK) and the tone table. Multitone, custom constellation and chirp bring their own panels.
 // Rows of the other modulators are hidden.
 
-#include "ui/widgets/ui_custom_iq_section.h"
+#include "ui/custom_iq/ui_custom_iq_section.h"
 
 namespace nal {
 

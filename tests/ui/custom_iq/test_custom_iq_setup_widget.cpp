@@ -10,9 +10,20 @@
 #include <QtTest>
 
 #include "custom_iq/custom_iq.h"
-#include "test_widget_classes.h"
-#include "ui/widgets/ui_custom_iq_setup_widget.h"
+#include "ui/custom_iq/ui_custom_iq_setup_widget.h"
 #include "ui/widgets/ui_double_spin_box.h"
+
+class test_custom_iq_setup_widget_t : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void typed_rate_reaches_the_engine();
+  void out_of_range_shows_the_engine_clamp();
+  void msk_forces_gaussian_in_the_filter_box();
+  void oqpsk_keeps_even_oversampling_and_refuses_gaussian();
+  void lfm_segment_table_follows_the_engine();
+  void refresh_calls_no_setter();
+};
 
 using namespace nal;
 
@@ -217,3 +228,6 @@ void test_custom_iq_setup_widget_t::refresh_calls_no_setter() {
   emit f.engine.sig_update_constellation();
   QCOMPARE(f.changes, 0);
 }
+
+QTEST_MAIN(test_custom_iq_setup_widget_t)
+#include "test_custom_iq_setup_widget.moc"

@@ -2,7 +2,7 @@
 // The custom constellation rows of the Modulation group: the constellation's name (it goes into
 // the waveform file header) and its points, edited in ui_constellation_editor_dialog_t.
 
-#include "ui/widgets/ui_custom_iq_section.h"
+#include "ui/custom_iq/ui_custom_iq_section.h"
 
 namespace nal {
 

@@ -2,7 +2,7 @@
 // The Basic group of the Custom IQ setup: waveform name, frame number, mirror spectrum, and the
 // derived sample rate, waveform length and sample count as read-only lines.
 
-#include "ui/widgets/ui_custom_iq_section.h"
+#include "ui/custom_iq/ui_custom_iq_section.h"
 
 namespace nal {
 

@@ -4,7 +4,7 @@
 // bits per symbol. The symbol rows apply to the symbol modulators only and grey out for
 // multitone and chirp; the custom bits apply to the user and custom sources.
 
-#include "ui/widgets/ui_custom_iq_section.h"
+#include "ui/custom_iq/ui_custom_iq_section.h"
 
 namespace nal {
 

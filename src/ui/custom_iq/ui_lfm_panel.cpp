@@ -1,4 +1,4 @@
-#include "ui/widgets/ui_lfm_panel.h"
+#include "ui/custom_iq/ui_lfm_panel.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -6,7 +6,7 @@
 #include <QPushButton>
 
 #include "ui/units/lib_unit.h"
-#include "ui/widgets/ui_lfm_segment_table.h"
+#include "ui/custom_iq/ui_lfm_segment_table.h"
 
 namespace nal {
 namespace {

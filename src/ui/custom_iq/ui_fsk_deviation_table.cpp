@@ -1,4 +1,4 @@
-#include "ui/widgets/ui_fsk_deviation_table.h"
+#include "ui/custom_iq/ui_fsk_deviation_table.h"
 
 #include <QHeaderView>
 

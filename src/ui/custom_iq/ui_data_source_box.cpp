@@ -1,4 +1,4 @@
-#include "ui/widgets/ui_data_source_box.h"
+#include "ui/custom_iq/ui_data_source_box.h"
 
 #include <QLabel>
 #include <QTreeWidget>

@@ -5,7 +5,7 @@
 // and MSK locks the type at Gaussian. The group greys out for multitone and chirp, which have no
 // pulse shaping.
 
-#include "ui/widgets/ui_custom_iq_section.h"
+#include "ui/custom_iq/ui_custom_iq_section.h"
 
 namespace nal {
 

@@ -1,4 +1,4 @@
-#include "ui/widgets/ui_lfm_segment_table.h"
+#include "ui/custom_iq/ui_lfm_segment_table.h"
 
 #include "ui/widgets/ui_unit_item_delegate.h"
 

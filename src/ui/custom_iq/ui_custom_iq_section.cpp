@@ -1,4 +1,4 @@
-#include "ui/widgets/ui_custom_iq_section.h"
+#include "ui/custom_iq/ui_custom_iq_section.h"
 
 #include <QCheckBox>
 #include <QComboBox>

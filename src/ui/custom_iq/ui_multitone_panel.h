@@ -3,7 +3,7 @@
 // sample rate, tone count, single side, and the notch that leaves out tones in a band. Rows for
 // the placement not in use are hidden; the notch limits grey out while the notch is off.
 
-#include "ui/widgets/ui_custom_iq_section.h"
+#include "ui/custom_iq/ui_custom_iq_section.h"
 
 namespace nal {
 

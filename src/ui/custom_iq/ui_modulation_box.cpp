@@ -1,12 +1,12 @@
-#include "ui/widgets/ui_modulation_box.h"
+#include "ui/custom_iq/ui_modulation_box.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 
-#include "ui/widgets/ui_custom_constellation_panel.h"
-#include "ui/widgets/ui_fsk_deviation_table.h"
-#include "ui/widgets/ui_lfm_panel.h"
-#include "ui/widgets/ui_multitone_panel.h"
+#include "ui/custom_iq/ui_custom_constellation_panel.h"
+#include "ui/custom_iq/ui_fsk_deviation_table.h"
+#include "ui/custom_iq/ui_lfm_panel.h"
+#include "ui/custom_iq/ui_multitone_panel.h"
 
 namespace nal {
 

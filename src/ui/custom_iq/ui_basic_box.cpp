@@ -1,4 +1,4 @@
-#include "ui/widgets/ui_basic_box.h"
+#include "ui/custom_iq/ui_basic_box.h"
 
 #include <QCheckBox>
 #include <QLabel>

@@ -1,4 +1,4 @@
-#include "ui/widgets/ui_custom_constellation_panel.h"
+#include "ui/custom_iq/ui_custom_constellation_panel.h"
 
 #include <QLabel>
 #include <QTreeWidget>

@@ -3,7 +3,7 @@
 // shape. Custom mode: the segment table with rows to insert and remove, and the total time.
 // The sample rate applies to both; rows of the other mode are hidden.
 
-#include "ui/widgets/ui_custom_iq_section.h"
+#include "ui/custom_iq/ui_custom_iq_section.h"
 
 class QPushButton;
 

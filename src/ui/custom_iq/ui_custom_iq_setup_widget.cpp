@@ -1,4 +1,4 @@
-#include "ui/widgets/ui_custom_iq_setup_widget.h"
+#include "ui/custom_iq/ui_custom_iq_setup_widget.h"
 
 #include <QHeaderView>
 #include <QTreeWidget>
@@ -6,10 +6,10 @@
 #include <algorithm>
 
 #include "custom_iq/custom_iq.h"
-#include "ui/widgets/ui_basic_box.h"
-#include "ui/widgets/ui_data_source_box.h"
-#include "ui/widgets/ui_filter_box.h"
-#include "ui/widgets/ui_modulation_box.h"
+#include "ui/custom_iq/ui_basic_box.h"
+#include "ui/custom_iq/ui_data_source_box.h"
+#include "ui/custom_iq/ui_filter_box.h"
+#include "ui/custom_iq/ui_modulation_box.h"
 
 namespace nal {
 namespace {
