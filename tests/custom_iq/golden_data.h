@@ -6,6 +6,7 @@
 
 #include <complex>
 #include <fstream>
+#include <ostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -107,6 +108,11 @@ inline std::vector<golden_map_t> read_golden_maps() {
 
 inline std::string golden_map_label(const golden_map_t& map) {
   return "m" + map.name + (map.gray ? "_gray" : "_natural");
+}
+
+// Failures name the map instead of dumping its bytes.
+inline void PrintTo(const golden_map_t& map, std::ostream* out) {
+  *out << golden_map_label(map);
 }
 
 }  // namespace wavelume_test

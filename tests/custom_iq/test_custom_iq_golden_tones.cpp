@@ -8,6 +8,7 @@
 #include <cmath>
 #include <functional>
 #include <map>
+#include <ostream>
 #include <set>
 #include <sstream>
 #include <string>
@@ -111,6 +112,11 @@ struct multitone_case_t {
   uint64 total_sample_points = 0;
   std::set<std::size_t> bins;
 };
+
+// Failures name the case instead of dumping its bytes.
+void PrintTo(const multitone_case_t& multitone, std::ostream* out) {
+  *out << multitone.name;
+}
 
 std::string trimmed(const std::string& text) {
   const auto first = text.find_first_not_of(' ');
