@@ -12,14 +12,18 @@
 
 namespace wavelume_test {
 
+inline std::string document_text(const pugi::xml_document& document) {
+  std::ostringstream text;
+  document.save(text);
+  return text.str();
+}
+
 // The ProtocolConfiguration element a configuration writes, as a document's text.
 inline std::string saved_text(const nal::cfg_protocol_base_t& config) {
   pugi::xml_document document;
   pugi::xml_node element = document.append_child("ProtocolConfiguration");
   config.save_to_xml(element);
-  std::ostringstream text;
-  document.save(text);
-  return text.str();
+  return document_text(document);
 }
 
 // Reads a document's text into a configuration; false when the text does not parse or the

@@ -96,9 +96,7 @@ class Conformance : public testing::TestWithParam<conformance_entry_t> {
         element_at(document.document_element(), element.path).text().set(text.c_str());
       }
     }
-    std::ostringstream out;
-    document.save(out);
-    return out.str();
+    return document_text(document);
   }
   // The preset element with every edited value in place.
   std::string edited() const {
