@@ -4,6 +4,8 @@
 // engine decides when bounds move and what a change sets off.
 
 #include <algorithm>
+#include <cmath>
+#include <type_traits>
 
 namespace nal {
 
@@ -20,7 +22,11 @@ class custom_iq_bounded_value_t {
   // The nearest value within the bounds.
   // A negative zero becomes zero: it equals zero, so a recall would not restore it, and the
   // state file would not read back as it was written.
+  // A NaN would pass min and max unchanged; it counts as zero, as a text that is no number does.
   value_t clamp(value_t value) const {
+    if constexpr (std::is_floating_point_v<value_t>) {
+      value = std::isnan(value) ? value_t{0} : value;
+    }
     return std::min(std::max(value, _minimum), _maximum) + value_t{0};
   }
   void store(value_t value) { _value = clamp(value); }
