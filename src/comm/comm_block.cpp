@@ -1,7 +1,6 @@
 #include "comm/comm_block.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace nal {
 
@@ -69,9 +68,6 @@ bool comm_block_t::for_each_piece(const piece_visitor_t& visit) const {
 
 std::vector<unsigned char> comm_block_t::joined() const {
   std::vector<unsigned char> bytes;
-  if (_size > std::numeric_limits<std::size_t>::max()) {
-    return bytes;
-  }
   bytes.reserve(static_cast<std::size_t>(_size));
   for_each_piece([&bytes](const unsigned char* data, std::size_t size) {
     bytes.insert(bytes.end(), data, data + size);

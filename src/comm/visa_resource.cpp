@@ -138,10 +138,8 @@ std::uint64_t visa_resource_t::write_block(const comm_block_t& block) {
   if (in_pieces && !_send_end(false)) {
     const std::vector<unsigned char> bytes = block.joined();
     std::uint32_t written = 0;
-    return bytes.size() == total && _write(bytes.data(), bytes.size(), written) == VI_SUCCESS &&
-                   written == total
-               ? total
-               : 0;
+    return _write(bytes.data(), bytes.size(), written) == VI_SUCCESS && written == total ? total
+                                                                                         : 0;
   }
   std::uint64_t sent = 0;
   const bool whole = block.for_each_piece([&](const unsigned char* data, std::size_t size) {
