@@ -1,8 +1,9 @@
 // A waveform sent to the simulator straight from its samples, through the process's device list:
 // the block must be the one the file format defines, "IQDA ", the seal of header and encoded
-// samples, the header and the samples, whatever pieces it went in. The expected bytes come from
-// encoding all samples at once and from Qt's MD5, not from the pieces the link sends. The
-// simulator serves on threads of its own and the seal is hashed on one, hence the suite name.
+// samples, the header (naming the software and its version) and the samples, whatever pieces it
+// went in. The expected bytes come from encoding all samples at once and from Qt's MD5, not from
+// the pieces the link sends. The simulator serves on threads of its own and the seal is hashed
+// on one, hence the suite name.
 
 #include <gtest/gtest.h>
 
@@ -45,7 +46,12 @@ TEST(SimulatorLinkConcurrencyWaveform, SamplesArriveAsTheSealedBlockOfTheirFile)
   }
   samples[3] = {1.5, -1.0};
   samples[262147] = {NAN, 1e300};
-  const std::string header = "FileType,IQ,Version,3.0,FileName,CurrentSettings,IQData,";
+  const std::string header =
+      nal::cfg_waveform_file_t::build_file_header("CurrentSettings", nal::PROTOCOL_CUSTOM_IQ) +
+      nal::cfg_waveform_file_t::header_tail(1e6, 0.5);
+  // The instrument sees which software wrote the waveform.
+  EXPECT_NE(header.find(",SoftwareName,Wavelume,SoftwareVersion,2.0.0.1.2,"), std::string::npos)
+      << header;
   const std::string body = header + nal::cfg_waveform_file_t::encode_samples(samples);
   const std::string block = "IQDA CheckCode," + md5_hex(body) + "," + body;
 
