@@ -40,6 +40,9 @@ struct bench_setup_t {
     // Hashing 100 MB on the receiving thread would slow the sender down; the tests check bytes.
     options.set_keeping(wavelume_sim::sim_block_keeping_t::size_only);
     options.raw_socket.block_idle_gap = std::chrono::milliseconds(200);
+    // "*IDN?" goes out without a line feed, so the simulated instrument answers it only once the
+    // line stays idle for this long; kept short, so that time to first byte measures the link.
+    options.raw_socket.command_idle_gap = std::chrono::milliseconds(1);
     started = instrument.start(options);
     setenv("WAVELUME_VXI11_PORTMAPPER_PORT", std::to_string(instrument.portmapper_port()).c_str(),
            1);

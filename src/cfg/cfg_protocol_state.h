@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cfg/cfg_protocol_base.h"
+#include "cfg/cfg_software_version.h"
 
 namespace nal {
 
@@ -19,7 +20,7 @@ class cfg_protocol_state_t {
   static constexpr std::size_t max_entry_bytes = std::size_t{64} << 20;
   // Archives above this size are not read at all.
   static constexpr std::size_t max_archive_bytes = std::size_t{256} << 20;
-  static constexpr const char* software_version = "2.0.0.1.2";
+  static constexpr const char* software_version = cfg_software_version;
 
   using factory_t = std::function<std::unique_ptr<cfg_protocol_base_t>(protocol_type_t)>;
 

@@ -35,6 +35,35 @@ void start_writeback(QSaveFile& file) {
 #endif
 }
 
+// Feeds `header`, then the samples encoded chunk by chunk, to `hash`: each chunk is encoded into
+// a slot of the hash thread and handed to `use` (false stops the pass) before it is hashed, so
+// hashing overlaps encoding the next chunk. The chunks are cache-sized, so the encoded samples
+// are never held whole.
+template <typename use_t>
+bool hash_encoded(const std::string& header, const lib_iq_data_arr_t& samples,
+                  cfg_background_md5_t& hash, use_t use) {
+  for (std::size_t first = 0; first < header.size(); first += hash.slot_bytes()) {
+    const std::size_t count = std::min(hash.slot_bytes(), header.size() - first);
+    std::memcpy(hash.acquire(), header.data() + first, count);
+    hash.submit(count);
+  }
+  const std::size_t chunk_samples = hash.slot_bytes() / 4;
+  for (std::size_t first = 0; first < samples.size(); first += chunk_samples) {
+    const std::size_t count = std::min(chunk_samples, samples.size() - first);
+    unsigned char* chunk = hash.acquire();
+    cfg_sample_encoder_t::encode(samples.data() + first, count, chunk);
+    const bool used = use(chunk, count * 4);
+    hash.submit(count * 4);
+    if (!used) {
+      return false;
+    }
+  }
+  return true;
+}
+
+constexpr std::size_t hash_slots = 16;
+constexpr std::size_t hash_slot_bytes = std::size_t{4} << 15;
+
 }  // namespace
 
 std::string cfg_waveform_file_t::encode_samples(const lib_iq_data_arr_t& samples) {
@@ -46,6 +75,13 @@ std::string cfg_waveform_file_t::encode_samples(const lib_iq_data_arr_t& samples
 
 std::string cfg_waveform_file_t::seal_field(const std::string& bytes) {
   return "CheckCode," + cfg_md5_t::hex_digest_of(bytes.data(), bytes.size()) + ",";
+}
+
+std::string cfg_waveform_file_t::sealed_digest(const std::string& header,
+                                               const lib_iq_data_arr_t& samples) {
+  cfg_background_md5_t hash(hash_slots, hash_slot_bytes);
+  hash_encoded(header, samples, hash, [](const unsigned char*, std::size_t) { return true; });
+  return hash.finish_hex();
 }
 
 bool cfg_waveform_file_t::save_iq_waveform_file(const std::string& header,
@@ -64,32 +100,24 @@ bool cfg_waveform_file_t::save_iq_waveform_file(const std::string& header,
   // A bare name is its own base name: "d.ARB" and "./d.ARB" give the same header.
   const std::string named =
       replace_file_name(header, separator == std::string::npos ? path : path.substr(separator + 1));
-  // One pass in cache-sized chunks: each is encoded into a slot of the hash thread, written,
-  // then hashed there while the next is encoded. The seal has a fixed width, so it is written
-  // as a placeholder first and filled in at the end. The disk writes run behind, in the
-  // background, a few megabytes at a time.
-  constexpr std::size_t chunk_samples = 1 << 15;
+  // One pass: each chunk is written while the hash thread works behind. The seal has a fixed
+  // width, so it is written as a placeholder first and filled in at the end. The disk writes
+  // run behind, in the background, a few megabytes at a time.
   constexpr std::size_t chunks_per_writeback = 16;
-  cfg_background_md5_t hash(16, chunk_samples * 4);
-  for (std::size_t first = 0; first < named.size(); first += hash.slot_bytes()) {
-    const std::size_t count = std::min(hash.slot_bytes(), named.size() - first);
-    std::memcpy(hash.acquire(), named.data() + first, count);
-    hash.submit(count);
-  }
+  cfg_background_md5_t hash(hash_slots, hash_slot_bytes);
   const std::string placeholder = "CheckCode," + std::string(32, '0') + ",";
   errno = 0;
   bool written = write_all(file, placeholder.data(), placeholder.size()) &&
                  write_all(file, named.data(), named.size());
-  for (std::size_t first = 0; written && first < samples.size(); first += chunk_samples) {
-    const std::size_t count = std::min(chunk_samples, samples.size() - first);
-    unsigned char* chunk = hash.acquire();
-    cfg_sample_encoder_t::encode(samples.data() + first, count, chunk);
-    written = write_all(file, chunk, count * 4);
-    hash.submit(count * 4);
-    if ((first / chunk_samples) % chunks_per_writeback == chunks_per_writeback - 1) {
-      start_writeback(file);
-    }
-  }
+  std::size_t chunks = 0;
+  written = written &&
+            hash_encoded(named, samples, hash, [&](const unsigned char* chunk, std::size_t size) {
+              const bool chunk_written = write_all(file, chunk, size);
+              if (++chunks % chunks_per_writeback == 0) {
+                start_writeback(file);
+              }
+              return chunk_written;
+            });
   const std::string digest = hash.finish_hex();
   written = written && file.seek(static_cast<qint64>(std::string("CheckCode,").size())) &&
             write_all(file, digest.data(), digest.size());

@@ -36,6 +36,9 @@ class cfg_waveform_file_t {
   static std::string encode_samples(const lib_iq_data_arr_t& samples);
   // "CheckCode,<md5 of bytes>,".
   static std::string seal_field(const std::string& bytes);
+  // The seal's digest of `header` followed by the encoded samples, encoded and hashed chunk by
+  // chunk so that the encoded samples are never held whole.
+  static std::string sealed_digest(const std::string& header, const lib_iq_data_arr_t& samples);
 
   // Writes the sealed file. Its FileName value becomes the base name of `path`. The bytes go to a
   // temporary file in the same folder that replaces `path` only once complete, so a failed save
@@ -44,8 +47,10 @@ class cfg_waveform_file_t {
   static bool save_iq_waveform_file(const std::string& header, const lib_iq_data_arr_t& samples,
                                     const std::string& path);
   // Sends the sealed header and the samples as one block ("IQDA ", seal field, header, samples;
-  // no FileName step) to the connected instrument of the device list. False when none is
-  // connected, when it no longer answers, or when the block was not written whole.
+  // no FileName step) to the connected instrument of the device list. The samples are encoded
+  // twice, piece by piece, never held whole: once for the seal, which leads the block, then
+  // again while earlier pieces are on the wire. False when none is connected, when it no longer
+  // answers, or when the block was not written whole.
   static bool download_iq_waveform(const std::string& header, const lib_iq_data_arr_t& samples);
   // The block for an instrument: "IQDA " followed by the seal field, header and samples.
   static std::string build_instrument_block(const std::string& header,

@@ -11,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "cfg/cfg_software_version.h"
 #include "cfg/cfg_waveform_file.h"
 #include "lib/lib_report.h"
 
@@ -67,7 +68,9 @@ void sum_blocks(const lib_iq_data_arr_t& samples, std::size_t block_samples, std
 std::string cfg_waveform_file_t::build_file_header(const std::string& name, protocol_type_t type) {
   std::string header = "FileType,IQ,Version,3.0,FileName,";
   header += name;
-  header += ",SoftwareName,Wavelume,SoftwareVersion,2.0.0.1.2,ProtocolType,";
+  header += ",SoftwareName,Wavelume,SoftwareVersion,";
+  header += cfg_software_version;
+  header += ",ProtocolType,";
   const std::optional<protocol_text_t> text = protocol_text(type);
   if (!text) {
     common_lib::lib_report("error");

@@ -106,17 +106,20 @@ comm_vi_status_t comm_hislip_transport_t::_initialize(const std::string& host, s
 }
 
 comm_vi_status_t comm_hislip_transport_t::write(const unsigned char* data, std::size_t size,
-                                                std::uint32_t timeout_ms) {
+                                                bool end, std::uint32_t timeout_ms) {
   if (_broken || !_sync.in_sync()) {
     return VI_ERROR_CONN_LOST;
+  }
+  if (size == 0 && !end) {
+    return VI_SUCCESS;
   }
   std::size_t sent = 0;
   do {
     const std::size_t piece =
         static_cast<std::size_t>(std::min<std::uint64_t>(size - sent, _max_payload));
     const bool last = sent + piece == size;
-    const header_t header{last ? DATA_END : DATA, _response_complete ? 1u : 0u, _next_message_id,
-                          piece};
+    const header_t header{last && end ? DATA_END : DATA, _response_complete ? 1u : 0u,
+                          _next_message_id, piece};
     const comm_vi_status_t status = _send(_sync, header, data + sent, timeout_ms);
     if (status != VI_SUCCESS) {
       return status;

@@ -1,10 +1,10 @@
 #pragma once
 // HiSLIP (IVI-6.1, TCPIP::host::hislipN[,port]::INSTR) in synchronous mode: Initialize on the
 // synchronous channel, AsyncInitialize and AsyncMaximumMessageSize on the asynchronous one.
-// A write goes out as Data messages ending with one DataEnd, each at most the server's maximum
-// message size, header included; message IDs start at 0xFFFFFF00 and grow by two per message.
-// A read gathers the Data payloads that answer the last message until its DataEnd, discarding
-// messages with other IDs.
+// A write goes out as Data messages ending with one DataEnd (none when the write does not end
+// the message), each at most the server's maximum message size, header included; message IDs start
+// at 0xFFFFFF00 and grow by two per message. A read gathers the Data payloads that answer the last
+// message until its DataEnd, discarding messages with other IDs.
 
 #include <memory>
 #include <string>
@@ -21,7 +21,7 @@ class comm_hislip_transport_t : public comm_transport_t {
                                std::unique_ptr<comm_transport_t>& transport);
 
   // See base class.
-  comm_vi_status_t write(const unsigned char* data, std::size_t size,
+  comm_vi_status_t write(const unsigned char* data, std::size_t size, bool end,
                          std::uint32_t timeout_ms) override;
   // See base class.
   comm_vi_status_t read(unsigned char* buffer, std::size_t size, std::size_t& received,

@@ -17,7 +17,7 @@ comm_vi_status_t comm_socket_transport_t::open(const std::string& host, std::uin
 }
 
 comm_vi_status_t comm_socket_transport_t::write(const unsigned char* data, std::size_t size,
-                                                std::uint32_t timeout_ms) {
+                                                bool /*end*/, std::uint32_t timeout_ms) {
   // After a command went out in part, the next one would run into its rest.
   if (!_connection.in_sync()) {
     return VI_ERROR_CONN_LOST;

@@ -1,7 +1,7 @@
 #pragma once
 // Raw SCPI over TCP (TCPIP::host::port::SOCKET). The stream has no END indicator: bytes are
-// written exactly as given, nothing appended, and a read ends with plain success at the reply's
-// line feed.
+// written exactly as given, nothing appended whether the write ends a message or not, and a read
+// ends with plain success at the reply's line feed.
 
 #include <memory>
 #include <string>
@@ -19,7 +19,7 @@ class comm_socket_transport_t : public comm_transport_t {
                                std::unique_ptr<comm_transport_t>& transport);
 
   // See base class.
-  comm_vi_status_t write(const unsigned char* data, std::size_t size,
+  comm_vi_status_t write(const unsigned char* data, std::size_t size, bool end,
                          std::uint32_t timeout_ms) override;
   // See base class.
   comm_vi_status_t read(unsigned char* buffer, std::size_t size, std::size_t& received,

@@ -18,6 +18,8 @@ namespace {
 
 // USBTMC_IOCTL_SET_TIMEOUT of <linux/usb/tmc.h>, in milliseconds.
 constexpr unsigned long usbtmc_set_timeout = _IOW(91, 10, std::uint32_t);
+// USBTMC_IOCTL_EOM_ENABLE: whether a write sets EOM on its last transfer (Linux 4.20 and later).
+constexpr unsigned long usbtmc_eom_enable = _IOW(91, 11, std::uint8_t);
 // The driver refuses timeouts below 100 ms.
 constexpr std::uint32_t driver_min_timeout_ms = 100;
 
@@ -72,7 +74,14 @@ comm_vi_status_t comm_usbtmc_transport_t::_prepare(short events, std::uint32_t t
 }
 
 comm_vi_status_t comm_usbtmc_transport_t::write(const unsigned char* data, std::size_t size,
-                                                std::uint32_t timeout_ms) {
+                                                bool end, std::uint32_t timeout_ms) {
+  if (_kernel_driver && end != _eom_enabled) {
+    const std::uint8_t eom = end ? 1 : 0;
+    if (::ioctl(_file, usbtmc_eom_enable, &eom) != 0) {
+      return VI_ERROR_IO;
+    }
+    _eom_enabled = end;
+  }
   std::size_t sent = 0;
   while (sent < size) {
     const comm_vi_status_t ready = _prepare(POLLOUT, timeout_ms);

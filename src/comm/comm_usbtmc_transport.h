@@ -1,6 +1,7 @@
 #pragma once
 // USB instruments through the Linux usbtmc kernel driver (/dev/usbtmcN). The driver frames each
-// write as one message with EOM on its last transfer, and a read that returns fewer bytes than
+// write as one message with EOM on its last transfer (for a write that does not end the
+// message, its ioctl turns EOM off first), and a read that returns fewer bytes than
 // asked for has reached the end of the reply. The driver keeps its own timeout, set through
 // its ioctl, and does not announce reply data through poll; anything else standing at the
 // path (a pseudo-terminal in tests) is waited on with poll instead.
@@ -20,7 +21,7 @@ class comm_usbtmc_transport_t : public comm_transport_t {
   ~comm_usbtmc_transport_t() override;
 
   // See base class.
-  comm_vi_status_t write(const unsigned char* data, std::size_t size,
+  comm_vi_status_t write(const unsigned char* data, std::size_t size, bool end,
                          std::uint32_t timeout_ms) override;
   // See base class.
   comm_vi_status_t read(unsigned char* buffer, std::size_t size, std::size_t& received,
@@ -35,6 +36,8 @@ class comm_usbtmc_transport_t : public comm_transport_t {
   int _file;
   bool _kernel_driver;
   std::uint32_t _driver_timeout_ms = 0;
+  // The driver's EOM setting, on when the file is opened.
+  bool _eom_enabled = true;
 };
 
 }  // namespace nal

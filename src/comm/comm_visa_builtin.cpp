@@ -81,6 +81,7 @@ struct comm_visa_builtin_t::object_t {
   std::mutex io_mutex;
   std::unique_ptr<comm_transport_t> transport;
   std::atomic<std::uint32_t> timeout_ms{comm_default_timeout_ms};
+  std::atomic<bool> send_end{true};
   std::vector<std::string> matches;
   std::size_t next_match = 0;
 };
@@ -231,7 +232,7 @@ comm_vi_status_t comm_visa_builtin_t::write(comm_vi_session_t vi, const unsigned
   }
   std::lock_guard<std::mutex> lock(instrument->io_mutex);
   const comm_vi_status_t status =
-      instrument->transport->write(buffer, count, instrument->timeout_ms);
+      instrument->transport->write(buffer, count, instrument->send_end, instrument->timeout_ms);
   if (status == VI_SUCCESS) {
     written_count = count;
   }
@@ -244,11 +245,16 @@ comm_vi_status_t comm_visa_builtin_t::set_attribute(comm_vi_session_t vi, std::u
   if (instrument == nullptr) {
     return VI_ERROR_INV_OBJECT;
   }
-  if (attribute != VI_ATTR_TMO_VALUE) {
-    return VI_ERROR_NSUP_ATTR;
+  switch (attribute) {
+    case VI_ATTR_TMO_VALUE:
+      instrument->timeout_ms = static_cast<std::uint32_t>(value);
+      return VI_SUCCESS;
+    case VI_ATTR_SEND_END_EN:
+      instrument->send_end = value != 0;
+      return VI_SUCCESS;
+    default:
+      return VI_ERROR_NSUP_ATTR;
   }
-  instrument->timeout_ms = static_cast<std::uint32_t>(value);
-  return VI_SUCCESS;
 }
 
 }  // namespace nal

@@ -3,9 +3,11 @@
 // SOCKET, VXI-11 and HiSLIP resources over TCP, and USB resources through the usbtmc kernel
 // driver (see comm_resource_name_t for the strings). viFindRsrc lists the usbtmc devices; LAN
 // instruments are not discovered and are opened by name. An instrument session starts with a
-// timeout of comm_default_timeout_ms, which VI_ATTR_TMO_VALUE changes. Failed opens print one
-// report line with the reason. The session table is thread-safe and each session serialises
-// its own I/O; a session closed while another thread uses it is freed when that use ends.
+// timeout of comm_default_timeout_ms, which VI_ATTR_TMO_VALUE changes, and with END after each
+// write, which VI_ATTR_SEND_END_EN turns off for a block written in several writes. Failed opens
+// print one report line with the reason. The session table is thread-safe and each session
+// serialises its own I/O; a session closed while another thread uses it is freed when that use
+// ends.
 
 #include <map>
 #include <memory>
@@ -40,7 +42,7 @@ class comm_visa_builtin_t : public comm_visa_api_t {
   // See base class.
   comm_vi_status_t write(comm_vi_session_t vi, const unsigned char* buffer, std::uint32_t count,
                          std::uint32_t& written_count) override;
-  // See base class. VI_ATTR_TMO_VALUE on instrument sessions only.
+  // See base class. VI_ATTR_TMO_VALUE and VI_ATTR_SEND_END_EN on instrument sessions only.
   comm_vi_status_t set_attribute(comm_vi_session_t vi, std::uint32_t attribute,
                                  comm_vi_attr_state_t value) override;
 

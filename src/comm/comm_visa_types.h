@@ -37,6 +37,8 @@ constexpr comm_vi_status_t VI_ERROR_IO = comm_vi_status(0xBFFF003Eu);
 constexpr comm_vi_status_t VI_ERROR_CONN_LOST = comm_vi_status(0xBFFF00A6u);
 
 constexpr std::uint32_t VI_ATTR_TMO_VALUE = 0x3FFF001Au;
+// Whether a write ends its message (END); off, the next write continues the same message.
+constexpr std::uint32_t VI_ATTR_SEND_END_EN = 0x3FFF0016u;
 constexpr std::uint32_t VI_TMO_INFINITE = 0xFFFFFFFFu;
 constexpr std::uint32_t VI_NO_LOCK = 0;
 // Size of the description buffers of viFindRsrc and viFindNext, terminator included.

@@ -126,8 +126,11 @@ comm_vi_status_t comm_vxi11_transport_t::open(const std::string& host,
 }
 
 comm_vi_status_t comm_vxi11_transport_t::write(const unsigned char* data, std::size_t size,
-                                               std::uint32_t timeout_ms) {
+                                               bool end, std::uint32_t timeout_ms) {
   _last_timeout_ms = timeout_ms;
+  if (size == 0 && !end) {
+    return VI_SUCCESS;
+  }
   const std::size_t piece_limit = std::min(_max_receive_size, max_piece);
   std::size_t sent = 0;
   do {
@@ -137,7 +140,7 @@ comm_vi_status_t comm_vxi11_transport_t::write(const unsigned char* data, std::s
     arguments.put_uint(_link_id);
     arguments.put_uint(timeout_ms);  // io_timeout
     arguments.put_uint(timeout_ms);  // lock_timeout
-    arguments.put_uint(last ? flag_end : 0);
+    arguments.put_uint(last && end ? flag_end : 0);
     arguments.put_uint(static_cast<std::uint32_t>(piece));
     std::vector<unsigned char> results;
     comm_vi_status_t status =

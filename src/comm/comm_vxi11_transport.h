@@ -3,7 +3,8 @@
 // RPC. The portmapper on port 111 names the core channel's port; the environment variable
 // WAVELUME_VXI11_PORTMAPPER_PORT moves the portmapper elsewhere (a test instrument without
 // privileges). A write is cut into device_write calls of at most the server's maxRecvSize,
-// with the END flag on the last one only; a read asks device_read until the reply's END.
+// with the END flag on the last one only, and not even there when the write does not end the
+// message; a read asks device_read until the reply's END.
 // The link is destroyed with the object.
 
 #include <memory>
@@ -22,7 +23,7 @@ class comm_vxi11_transport_t : public comm_transport_t {
   ~comm_vxi11_transport_t() override;
 
   // See base class.
-  comm_vi_status_t write(const unsigned char* data, std::size_t size,
+  comm_vi_status_t write(const unsigned char* data, std::size_t size, bool end,
                          std::uint32_t timeout_ms) override;
   // See base class.
   comm_vi_status_t read(unsigned char* buffer, std::size_t size, std::size_t& received,

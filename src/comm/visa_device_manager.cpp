@@ -1,12 +1,8 @@
 #include "comm/visa_device_manager.h"
 
-#include <limits>
-#include <string>
-
 #include "comm/comm_visa_backend.h"
 #include "comm/visa_resource.h"
 #include "comm/visa_resource_manager.h"
-#include "lib/lib_report.h"
 
 namespace nal {
 
@@ -107,7 +103,17 @@ bool visa_device_manager_t::refresh_current() {
 }
 
 bool visa_device_manager_t::send_to_current(const char* data, int size, const QByteArray& header) {
-  if (_current_resource == nullptr || size < 0 || (data == nullptr && size > 0)) {
+  if (size < 0 || (data == nullptr && size > 0)) {
+    return false;
+  }
+  comm_block_t body;
+  body.add_bytes(header.constData(), static_cast<std::size_t>(header.size()));
+  body.add_bytes(data, static_cast<std::size_t>(size));
+  return send_to_current(body);
+}
+
+bool visa_device_manager_t::send_to_current(const comm_block_t& body) {
+  if (_current_resource == nullptr) {
     return false;
   }
   // A reopen succeeds even when the instrument stays silent, so its answer decides.
@@ -115,16 +121,11 @@ bool visa_device_manager_t::send_to_current(const char* data, int size, const QB
       (!_current_resource->reopen() || _current_resource->get_idn().isEmpty())) {
     return false;
   }
-  const long long block_size = 5LL + header.size() + size;
-  if (block_size > std::numeric_limits<int>::max() - 64) {
-    common_lib::lib_report("visa_device_manager_t::send_to_current Report: a block of " +
-                           std::to_string(block_size) + " bytes does not fit one VISA write");
-    return false;
-  }
-  QByteArray block;
-  block.reserve(5 + header.size() + size);
-  block.append("IQDA ", 5).append(header).append(data, size);
-  return _current_resource->write_block(block) == static_cast<std::uint32_t>(block.size());
+  static constexpr char prefix[] = "IQDA ";
+  comm_block_t block;
+  block.add_bytes(prefix, sizeof prefix - 1);
+  block.add_block(body);
+  return _current_resource->write_block(block) == block.size();
 }
 
 }  // namespace nal

@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <memory>
 
+#include "comm/comm_block.h"
 #include "comm/comm_visa_api.h"
 
 namespace nal {
@@ -54,10 +55,13 @@ class visa_device_manager_t {
   QStringList get_added_names() const { return _added_resources.keys(); }
   // Asks the current resource for its identification again; false without one.
   bool refresh_current();
-  // Sends "IQDA ", `header` and the `size` bytes of `data` to the current resource in one
-  // write, after checking that it still answers (one reopen as repair). True when all was
+  // Sends "IQDA ", `header` and the `size` bytes of `data` to the current resource as one
+  // block, after checking that it still answers (one reopen as repair). True when all was
   // written.
   bool send_to_current(const char* data, int size, const QByteArray& header);
+  // The same for a block whose bytes after "IQDA " are described by `body`, which may produce
+  // them while earlier pieces are on the wire.
+  bool send_to_current(const comm_block_t& body);
 
   visa_resource_t* get_current_resource() const { return _current_resource; }
   const QStringList& get_model_filter_list() const { return _model_filter_list; }

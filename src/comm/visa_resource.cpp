@@ -3,6 +3,8 @@
 #include <QDebug>
 #include <algorithm>
 #include <array>
+#include <limits>
+#include <vector>
 
 #include "comm/visa_resource_manager.h"
 #include "lib/lib_report.h"
@@ -86,7 +88,8 @@ std::uint32_t visa_resource_t::write_command(const QByteArray& command) {
   if (_session == 0) {
     return 0;
   }
-  if (_write(command, written) != VI_SUCCESS) {
+  if (_write(reinterpret_cast<const unsigned char*>(command.constData()),
+             static_cast<std::size_t>(command.size()), written) != VI_SUCCESS) {
     common_lib::lib_report("cmd: '" + command.toStdString() + "' exec error -> ");
     return 0;
   }
@@ -126,20 +129,49 @@ QByteArray visa_resource_t::query(const QByteArray& command) {
   return write_command(command) > 0 ? read_reply() : QByteArray();
 }
 
-std::uint32_t visa_resource_t::write_block(const QByteArray& block) {
-  std::uint32_t written = 0;
-  return _session != 0 && _write(block, written) == VI_SUCCESS ? written : 0;
+std::uint64_t visa_resource_t::write_block(const comm_block_t& block) {
+  if (_session == 0) {
+    return 0;
+  }
+  const std::uint64_t total = block.size();
+  const bool in_pieces = block.piece_count() > 1;
+  if (in_pieces && !_send_end(false)) {
+    const std::vector<unsigned char> bytes = block.joined();
+    std::uint32_t written = 0;
+    return _write(bytes.data(), bytes.size(), written) == VI_SUCCESS && written == total ? total
+                                                                                         : 0;
+  }
+  std::uint64_t sent = 0;
+  const bool whole = block.for_each_piece([&](const unsigned char* data, std::size_t size) {
+    if (in_pieces && sent + size == total && !_send_end(true)) {
+      return false;
+    }
+    std::uint32_t written = 0;
+    if (_write(data, size, written) != VI_SUCCESS || written != size) {
+      return false;
+    }
+    sent += size;
+    return true;
+  });
+  if (!whole && in_pieces) {
+    // Whatever the instrument makes of the cut block, the next command must end.
+    _send_end(true);
+  }
+  return whole ? sent : 0;
 }
 
-comm_vi_status_t visa_resource_t::_write(const QByteArray& bytes, std::uint32_t& written) {
+comm_vi_status_t visa_resource_t::_write(const unsigned char* bytes, std::size_t size,
+                                         std::uint32_t& written) {
   visa_resource_manager_t* manager = get_manager();
   written = 0;
-  if (manager == nullptr) {
+  if (manager == nullptr || size > std::numeric_limits<std::uint32_t>::max()) {
     return VI_ERROR_INV_OBJECT;
   }
-  return manager->get_api().write(_session,
-                                  reinterpret_cast<const unsigned char*>(bytes.constData()),
-                                  static_cast<std::uint32_t>(bytes.size()), written);
+  return manager->get_api().write(_session, bytes, static_cast<std::uint32_t>(size), written);
+}
+
+bool visa_resource_t::_send_end(bool enabled) {
+  return set_attribute(VI_ATTR_SEND_END_EN, enabled ? 1 : 0) == VI_SUCCESS;
 }
 
 bool visa_resource_t::refresh_idn() {

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QString>
 
+#include "comm/comm_block.h"
 #include "comm/comm_visa_types.h"
 
 namespace nal {
@@ -40,8 +41,12 @@ class visa_resource_t : public QObject {
   QByteArray read_reply();
   // write_command, then read_reply when something was written.
   QByteArray query(const QByteArray& command);
-  // The whole block in one write; the count written, 0 on failure. Nothing is logged.
-  std::uint32_t write_block(const QByteArray& block);
+  // The block as one message: a viWrite per piece, with VI_ATTR_SEND_END_EN off for all but the
+  // last, so that the instrument sees a single block and END only after its last byte. A VISA
+  // library that refuses the attribute gets the block joined into one viWrite instead. END is
+  // on again afterwards, also after a failure. The count written, 0 unless all of it was.
+  // Nothing is logged.
+  std::uint64_t write_block(const comm_block_t& block);
   // Queries "*IDN?" and keeps the trimmed reply; true when it is not empty.
   bool refresh_idn();
 
@@ -53,8 +58,10 @@ class visa_resource_t : public QObject {
   visa_resource_manager_t* get_manager() const;
 
  private:
-  // One viWrite of all of `bytes` on the open session.
-  comm_vi_status_t _write(const QByteArray& bytes, std::uint32_t& written);
+  // One viWrite of all `size` bytes on the open session.
+  comm_vi_status_t _write(const unsigned char* bytes, std::size_t size, std::uint32_t& written);
+  // Switches END on the last byte of each viWrite on or off; true when the session took it.
+  bool _send_end(bool enabled);
 
   QString _resource_name;
   comm_vi_session_t _session = 0;

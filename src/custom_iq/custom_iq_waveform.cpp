@@ -139,6 +139,8 @@ void custom_iq_t::preset() {
   set_waveform_name("");
   set_frame_number(1);
   set_mirror_spectrum_enable(false);
+  // Intended: stored past set_data_source_type, so this step alone calls no dirty callback and
+  // emits no sig_update_ui.
   _data_source_type = DATA_SOURCE_PN9;
   set_symbol_length(512);
   set_symbol_rate(1000000);
@@ -253,6 +255,7 @@ void custom_iq_t::_transfer_modulation_config(const lib_iq_waveform_config_t& re
                                               lib_iq_waveform_config_t& config) const {
   config = lib_iq_waveform_config_t();
   if (record.modulator_type == MODULATOR_MULTITONE) {
+    // Intended: the message names the class dp_main_t, and spells "modulatior", as it always has.
     common_lib::lib_report(
         "dp_main_t::_transfer_modulation_config Report: Illegal modulatior type!");
     return;
@@ -325,6 +328,8 @@ void custom_iq_t::update_waveform() {
     }
     emit sig_update_waveform_data();
   } catch (const std::exception& error) {
+    // Intended: the error block names the class dp_main_t and the original line, 284, whatever
+    // the class and line are now.
     log_line("[×] dp_main_t exec error:", "");
     log_line("--> LINE:", "284");
     log_line("--> FUNC:", "update_waveform");

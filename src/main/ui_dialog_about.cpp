@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "cfg/cfg_software_version.h"
+
 namespace nal {
 
 ui_dialog_about_t::ui_dialog_about_t(QWidget* parent) : QDialog(parent) {
@@ -19,7 +21,7 @@ ui_dialog_about_t::ui_dialog_about_t(QWidget* parent) : QDialog(parent) {
   icon->setPixmap(QIcon(":/image/Wavelume.pro").pixmap(64, 64));
   auto* name = new QLabel("Wavelume", this);
   name->setObjectName("AboutProductName");
-  auto* version = new QLabel("  Version: 2.0.0.1.2", this);
+  auto* version = new QLabel(QStringLiteral("  Version: ") + cfg_software_version, this);
   auto* summary = new QLabel(tr("Baseband I/Q waveforms for vector signal generators."), this);
 
   auto* acknowledge = new QPushButton("Open Source Acknowledge", this);

@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,6 +27,11 @@ class recording_visa_t : public comm_visa_api_t {
   std::map<std::string, std::string> instruments;
   // Scripted reads; when empty, a read answers with the identification of the session.
   std::deque<read_step_t> reads;
+  // Attributes that viSetAttribute refuses, as a library without them would.
+  std::set<std::uint32_t> refused_attributes;
+  // Writes so far, and the one, counted from 1, that fails with a lost connection; 0 for none.
+  std::size_t writes = 0;
+  std::size_t failing_write = 0;
 
   comm_vi_status_t open_default_rm(comm_vi_session_t& rm) override {
     calls.push_back("viOpenDefaultRM");
@@ -71,13 +77,17 @@ class recording_visa_t : public comm_visa_api_t {
                          std::uint32_t& written) override {
     calls.push_back("viWrite " + _names[vi] + " " +
                     std::string(reinterpret_cast<const char*>(buffer), count));
+    if (++writes == failing_write) {
+      written = 0;
+      return VI_ERROR_CONN_LOST;
+    }
     written = count;
     return VI_SUCCESS;
   }
   comm_vi_status_t set_attribute(comm_vi_session_t, std::uint32_t attribute,
                                  comm_vi_attr_state_t value) override {
     calls.push_back("viSetAttribute " + std::to_string(attribute) + " " + std::to_string(value));
-    return VI_SUCCESS;
+    return refused_attributes.count(attribute) != 0 ? VI_ERROR_NSUP_ATTR : VI_SUCCESS;
   }
 
  private:

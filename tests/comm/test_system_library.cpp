@@ -43,11 +43,14 @@ TEST_F(SystemLibrary, InstalledLibraryIsFoundAndUsed) {
   EXPECT_EQ(devices.get_found_names(), QStringList{"USB0::0x1234::0x5678::STANDIN::INSTR"});
   ASSERT_TRUE(devices.connect_resource("USB0::0x1234::0x5678::STANDIN::INSTR"));
   EXPECT_EQ(devices.get_current_resource()->get_idn(), "Stand-in,VISA,0,1");
-  EXPECT_TRUE(devices.send_to_current("abc", 3, QByteArray()));
+  EXPECT_TRUE(devices.send_to_current("abc", 3, "hdr,"));
+  // The block in three writes, with END held back (VI_ATTR_SEND_END_EN, 0x3FFF0016) until the
+  // last; nothing else in between.
   EXPECT_EQ(read_file(log),
             "viOpenDefaultRM\nviFindRsrc\nviFindNext\nviClose\n"
-            "viOpen USB0::0x1234::0x5678::STANDIN::INSTR\nviWrite\nviRead\n"
-            "viWrite\nviRead\nviWrite\n");
+            "viOpen USB0::0x1234::0x5678::STANDIN::INSTR\nviWrite [*IDN?]\nviRead\n"
+            "viWrite [*IDN?]\nviRead\nviSetAttribute 3fff0016 0\nviWrite [IQDA ]\n"
+            "viWrite [hdr,]\nviSetAttribute 3fff0016 1\nviWrite [abc]\n");
 }
 
 TEST_F(SystemLibrary, AbsentOrIncompleteLibraryFallsBackToTheBuiltInLayer) {

@@ -55,4 +55,55 @@ TEST_F(VisaResource, OpenKeepsTheTrimmedIdentificationUpToAZeroByte) {
   EXPECT_EQ(visa->calls.size(), 1u);  // the one viClose
 }
 
+// A block of a kept part and a generated one: "IQDA " and then "0123456789" in pieces of four.
+nal::comm_block_t digits_block() {
+  nal::comm_block_t block;
+  block.add_bytes("IQDA ", 5);
+  block.add_generated(10, 4, [](std::uint64_t first, std::size_t count, unsigned char* out) {
+    for (std::size_t i = 0; i < count; ++i) {
+      out[i] = static_cast<unsigned char>('0' + (first + i));
+    }
+  });
+  return block;
+}
+
+TEST_F(VisaResource, BlockInPiecesHoldsEndBackUntilTheLastOrIsJoinedWhereItCannot) {
+  const std::string end_off = "viSetAttribute " + std::to_string(nal::VI_ATTR_SEND_END_EN) + " 0";
+  const std::string end_on = "viSetAttribute " + std::to_string(nal::VI_ATTR_SEND_END_EN) + " 1";
+  const std::string write = "viWrite TCPIP0::10.0.0.7::inst0::INSTR ";
+  ASSERT_TRUE(resource.open(0, 2000));
+  const nal::comm_block_t block = digits_block();
+
+  visa->calls.clear();
+  EXPECT_EQ(resource.write_block(block), 15u);
+  EXPECT_EQ(visa->calls, (std::vector<std::string>{end_off, write + "IQDA ", write + "0123",
+                                                   write + "4567", end_on, write + "89"}));
+
+  // The third piece lost on the way: the rest is not sent, and END is on again for the next
+  // command.
+  visa->calls.clear();
+  visa->failing_write = visa->writes + 3;
+  EXPECT_EQ(resource.write_block(block), 0u);
+  EXPECT_EQ(visa->calls, (std::vector<std::string>{end_off, write + "IQDA ", write + "0123",
+                                                   write + "4567", end_on}));
+
+  // A library without the attribute gets the whole block in one write, as it expects.
+  visa->calls.clear();
+  visa->failing_write = 0;
+  visa->refused_attributes = {nal::VI_ATTR_SEND_END_EN};
+  EXPECT_EQ(resource.write_block(block), 15u);
+  EXPECT_EQ(visa->calls, (std::vector<std::string>{end_off, write + "IQDA 0123456789"}));
+
+  // One piece needs no attribute at all; a closed session writes nothing.
+  visa->calls.clear();
+  nal::comm_block_t single;
+  single.add_bytes("IQDA 1", 6);
+  EXPECT_EQ(resource.write_block(single), 6u);
+  EXPECT_EQ(visa->calls, (std::vector<std::string>{write + "IQDA 1"}));
+  resource.close();
+  visa->calls.clear();
+  EXPECT_EQ(resource.write_block(block), 0u);
+  EXPECT_TRUE(visa->calls.empty());
+}
+
 }  // namespace

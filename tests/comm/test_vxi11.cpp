@@ -160,7 +160,9 @@ TEST_F(Vxi11, ReplyCutInTheMiddleOfARecordLosesTheConnectionCleanly) {
   // The rest of the stream no longer lines up with records: nothing more is sent or waited for.
   const auto start = std::chrono::steady_clock::now();
   testing::internal::CaptureStdout();
-  EXPECT_EQ(resource.write_block("IQDA 1234"), 0u);
+  nal::comm_block_t block;
+  block.add_bytes("IQDA 1234", 9);
+  EXPECT_EQ(resource.write_block(block), 0u);
   EXPECT_EQ(resource.write_command("*RST"), 0u);
   testing::internal::GetCapturedStdout();
   EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), 0.5);

@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include "comm/comm_block.h"
 #include "comm/comm_deal.h"
 #include "comm/visa_device_manager.h"
 #include "comm/visa_resource.h"
@@ -231,6 +232,48 @@ TEST_P(SimulatorLinkConcurrency, DownloadFromFileFollowsTheWireSequence) {
   const std::vector<sim_kept_block_t> blocks = link.instrument.record().blocks();
   ASSERT_EQ(blocks.size(), 1u);
   EXPECT_EQ(blocks[0].md5, md5_of_block(data));
+}
+
+// A block written in many pieces, as a waveform goes: the instrument sees one message with the
+// bytes unchanged, ended only after its last piece (an END on an earlier one would end the
+// message there and leave the rest as a second write), and commands end as before afterwards.
+TEST_P(SimulatorLinkConcurrency, BlockInPiecesArrivesAsOneMessage) {
+  linked_instrument_t link(options());
+  ASSERT_TRUE(link.started);
+  const sim_transport_t transport = GetParam().transport;
+  const QByteArray data = waveform_bytes(3u << 20, 77);
+  constexpr std::size_t kept = 1000;
+  constexpr std::size_t piece = 65537;
+  nal::comm_block_t body;
+  body.add_bytes(data.constData(), kept);
+  body.add_generated(static_cast<std::size_t>(data.size()) - kept, piece,
+                     [&data](std::uint64_t first, std::size_t count, unsigned char* out) {
+                       std::memcpy(out, data.constData() + kept + first, count);
+                     });
+  ASSERT_GT(body.piece_count(), 40u);
+
+  ASSERT_TRUE(link.deal->connect_resource(QString::fromStdString(link.resource(transport))));
+  ASSERT_TRUE(link.devices->send_to_current(body));
+  ASSERT_TRUE(link.instrument.record().wait_for_blocks(1, transfer_timeout));
+  ASSERT_TRUE(link.devices->refresh_current());
+
+  const std::vector<sim_kept_block_t> blocks = link.instrument.record().blocks();
+  ASSERT_EQ(blocks.size(), 1u);
+  EXPECT_EQ(blocks[0].size, 5u + static_cast<std::size_t>(data.size()));
+  EXPECT_EQ(blocks[0].md5, md5_of_block(data));
+  std::vector<std::string> writes;
+  for (const sim_wire_event_t& event : link.instrument.record().events()) {
+    if (event.kind == sim_wire_event_t::WRITE) {
+      writes.push_back(event.head.substr(0, 5) + " " + std::to_string(event.size));
+    }
+  }
+  const std::string block_write = "IQDA  " + std::to_string(5 + data.size());
+  EXPECT_EQ(writes, (std::vector<std::string>{"*IDN? 5", "*IDN? 5", block_write, "*IDN? 5"}));
+  if (transport == sim_transport_t::vxi11) {
+    EXPECT_GE(static_cast<std::uint64_t>(link.instrument.vxi11()->device_write_calls()),
+              4 + body.piece_count())
+        << "three queries, \"IQDA \" and the body's pieces";
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(
