@@ -9,12 +9,14 @@
 #include "cfg/cfg_protocol_state.h"
 #include "cfg/cfg_waveform_file_reader.h"
 #include "lib/plib.h"
+#include "tests/cfg/conformance/conformance_xml.h"
 #include "tests/cfg/test_folder_fixture.h"
 
 namespace {
 
 using nal::cfg_custom_iq_t;
 using nal::custom_iq_t;
+using wavelume_test::saved_text;
 
 // Every parameter away from its preset, in an order the cascades allow.
 void change_everything(custom_iq_t& e) {
@@ -57,16 +59,6 @@ void change_everything(custom_iq_t& e) {
   e.set_filter_type(nal::FILTER_RAISED_COSINE);
   e.set_filter_alpha(0.27);
   e.set_filter_length(20);
-}
-
-// The element a configuration saves, as text: equal texts mean equal settings.
-std::string saved_text(const cfg_custom_iq_t& config) {
-  pugi::xml_document saved;
-  pugi::xml_node out = saved.append_child("ProtocolConfiguration");
-  config.save_to_xml(out);
-  std::ostringstream text;
-  saved.save(text);
-  return text.str();
 }
 
 using CustomIqConfig = wavelume_test::folder_fixture_t;
