@@ -24,6 +24,8 @@ class ui_vchart_item_t {
   // The extent of the finite data, in data values; false when there is none. Auto range uses it.
   virtual bool data_bounds(ui_vchart_range_t& bounds) const = 0;
   virtual void paint(QPainter& painter, const ui_vchart_view_box_t& box) const = 0;
+  // Drawn after every item's paint, for captions that must stay readable over the data.
+  virtual void paint_overlay(QPainter& /*painter*/, const ui_vchart_view_box_t& /*box*/) const {}
   // What the cursor at data point (x, y) reads from this item, or an empty text.
   virtual QString read_out(fp64 x, fp64 y, const ui_vchart_view_box_t& box) const = 0;
 

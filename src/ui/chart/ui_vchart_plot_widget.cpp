@@ -141,6 +141,9 @@ void ui_vchart_plot_widget_t::_render_data_layer() {
   for (const std::unique_ptr<ui_vchart_item_t>& item : _items) {
     item->paint(painter, _box);
   }
+  for (const std::unique_ptr<ui_vchart_item_t>& item : _items) {
+    item->paint_overlay(painter, _box);
+  }
   _data_layer_valid = true;
   _data_layer_range = _box.visible();
   _data_layer_rect = rect;

@@ -15,6 +15,8 @@
 #include "comm/visa_device_manager.h"
 #include "tests/ui/pages/test_tone_page.h"
 #include "tools/instrument_sim/sim_instrument.h"
+#include "ui/chart/ui_iq_waveform_view.h"
+#include "ui/chart/ui_vchart_sampled_curve_item.h"
 #include "ui/pages/ui_close_button.h"
 #include "ui/pages/ui_custom_iq_page.h"
 #include "ui/pages/ui_resources.h"
@@ -27,15 +29,15 @@ using wavelume_test::tone_page_t;
 
 namespace {
 
-// The first sample of every waveform a page shows, in order.
+// The first I value and the length of every waveform a page's I/Q view shows, in order.
 class shown_waveforms_t : public QObject {
  public:
   explicit shown_waveforms_t(nal::ui_protocol_page_t* page) {
-    QObject::connect(page, &nal::ui_protocol_page_t::sig_waveform_shown, this,
-                     [this](const nal::lib_iq_data_arr_t& samples) {
-                       first_i.push_back(samples.empty() ? -1.0 : samples.front().real());
-                       sizes.push_back(samples.size());
-                     });
+    QObject::connect(page, &nal::ui_protocol_page_t::sig_waveform_shown, this, [this, page] {
+      const std::vector<double>& in_phase = page->iq_view()->in_phase()->samples().values();
+      first_i.push_back(in_phase.empty() ? -1.0 : in_phase.front());
+      sizes.push_back(in_phase.size());
+    });
   }
   std::vector<double> first_i;
   std::vector<std::size_t> sizes;
