@@ -17,7 +17,7 @@ const QColor k_row_hues[ui_vchart_span_rows_t::k_max_rows][2] = {
     {QColor(0x5f, 0xc4, 0x7a), QColor(0x3f, 0xb8, 0x9a)},
     {QColor(0xa0, 0xa8, 0xb4), QColor(0x7d, 0x87, 0x94)},
 };
-// Under the data a tint the curves show through; over it a strip the label reads on.
+// Under the data a tint the curves show through; in the lanes a strip the label reads on.
 constexpr int k_tint_alpha = 22;
 constexpr int k_start_line_alpha = 110;
 constexpr int k_strip_alpha = 175;
@@ -48,9 +48,10 @@ std::vector<ui_vchart_span_item_t::band_t> ui_vchart_span_item_t::bands(
   }
   const QRectF& rect = box.pixel_rect();
   const fp64 height = row_height(metrics);
+  const fp64 lanes_top = rect.top() - lanes_height(metrics);
   const fp64 first = _position_of(box.visible_x_min());
   const fp64 last = _position_of(box.visible_x_max());
-  for (int row = 0; row < _spans.row_count() && (row + 1) * height <= rect.height(); ++row) {
+  for (int row = 0; row < _spans.row_count(); ++row) {
     const std::vector<ui_vchart_span_rows_t::span_t>& spans = _spans.row(row);
     std::size_t index = _spans.first_ending_after(row, first);
     while (index < spans.size() && spans[index].begin < last) {
@@ -59,7 +60,7 @@ std::vector<ui_vchart_span_item_t::band_t> ui_vchart_span_item_t::bands(
           std::clamp(box.x_to_pixel(_x0 + span.begin * _dx), rect.left(), rect.right());
       const fp64 right =
           std::clamp(box.x_to_pixel(_x0 + span.end * _dx), rect.left(), rect.right());
-      const QRectF band(left, rect.top() + row * height, std::max(right - left, 1.0), height - 1.0);
+      const QRectF band(left, lanes_top + row * height, std::max(right - left, 1.0), height - 1.0);
       const fp64 label_width = metrics.horizontalAdvance(QString::fromStdString(span.label));
       out.push_back({band, row, index, label_width + 2.0 * k_label_padding <= band.width()});
       // Spans ending within a pixel of this band are drawn by it.
@@ -78,8 +79,7 @@ void ui_vchart_span_item_t::paint(QPainter& painter, const ui_vchart_view_box_t&
   const QRectF& rect = box.pixel_rect();
   painter.setRenderHint(QPainter::Antialiasing, false);
   for (const band_t& band : bands(box, QFontMetricsF(painter.font()))) {
-    const QRectF below(band.rect.left(), band.rect.bottom(), band.rect.width(),
-                       rect.bottom() - band.rect.bottom());
+    const QRectF below(band.rect.left(), rect.top(), band.rect.width(), rect.height());
     painter.fillRect(below, hue(band, k_tint_alpha));
     const bool starts_in_view = band.rect.left() > rect.left();
     if (starts_in_view) {
@@ -89,8 +89,11 @@ void ui_vchart_span_item_t::paint(QPainter& painter, const ui_vchart_view_box_t&
   }
 }
 
-void ui_vchart_span_item_t::paint_overlay(QPainter& painter,
-                                          const ui_vchart_view_box_t& box) const {
+fp64 ui_vchart_span_item_t::lanes_height(const QFontMetricsF& metrics) const {
+  return _shown ? _spans.row_count() * row_height(metrics) : 0.0;
+}
+
+void ui_vchart_span_item_t::paint_lanes(QPainter& painter, const ui_vchart_view_box_t& box) const {
   painter.setRenderHint(QPainter::Antialiasing, false);
   for (const band_t& band : bands(box, QFontMetricsF(painter.font()))) {
     painter.fillRect(band.rect, hue(band, k_strip_alpha));

@@ -1,10 +1,10 @@
 #pragma once
 // Labelled stretches of an evenly sampled curve (x = x0 + i dx), such as the frames of a waveform
 // and the fields inside them (see ui_vchart_span_rows_t). Under the data, each span tints the
-// full height of the plot and marks its start with a line; over the data, each row of spans is a
-// strip of bands along the top edge, labelled where the label fits. Spans narrower than a pixel
-// merge with their neighbours, so drawing costs the plot's width times the rows, whatever the
-// number of spans or samples. It takes no part in the auto range.
+// full height of the plot and marks its start with a line; in lanes above the data, each row of
+// spans is a strip of bands, labelled where the label fits, so that no strip hides a sample.
+// Spans narrower than a pixel merge with their neighbours, so drawing costs the plot's width
+// times the rows, whatever the number of spans or samples. It takes no part in the auto range.
 
 #include <QRectF>
 #include <vector>
@@ -35,14 +35,15 @@ class ui_vchart_span_item_t : public ui_vchart_item_t {
   void set_shown(bool shown) { _shown = shown; }
   bool shown() const { return _shown; }
 
-  // The bands in the visible range, row by row from the top, labelled in the font of `metrics`.
-  // Rows that do not fit the plot's height are left out; nothing while hidden.
+  // The bands in the visible range, row by row from the top lane, labelled in the font of
+  // `metrics`; nothing while hidden.
   std::vector<band_t> bands(const ui_vchart_view_box_t& box, const QFontMetricsF& metrics) const;
 
   // See base class.
   bool data_bounds(ui_vchart_range_t& bounds) const override;
   void paint(QPainter& painter, const ui_vchart_view_box_t& box) const override;
-  void paint_overlay(QPainter& painter, const ui_vchart_view_box_t& box) const override;
+  fp64 lanes_height(const QFontMetricsF& metrics) const override;
+  void paint_lanes(QPainter& painter, const ui_vchart_view_box_t& box) const override;
   // The labels of the spans under x, outermost first.
   QString read_out(fp64 x, fp64 y, const ui_vchart_view_box_t& box) const override;
 
