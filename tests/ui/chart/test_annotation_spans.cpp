@@ -79,6 +79,12 @@ void zoom_x(ui_iq_waveform_view_t& view, fp64 first, fp64 last) {
   view.plot()->items_changed();
 }
 
+bool shown_at(QWidget& widget, const QSize& size) {
+  widget.resize(size);
+  widget.show();
+  return QTest::qWaitForWindowExposed(&widget);
+}
+
 QImage plot_image(ui_iq_waveform_view_t& view) {
   return view.plot()->grab().toImage();
 }
@@ -132,9 +138,7 @@ void test_annotation_spans_t::rows_keep_frames_above_their_fields() {
 
 void test_annotation_spans_t::zoom_shows_the_spans_in_view_on_either_axis() {
   ui_iq_waveform_view_t view;
-  view.resize(900, 500);
-  view.show();
-  QVERIFY(QTest::qWaitForWindowExposed(&view));
+  QVERIFY(shown_at(view, QSize(900, 500)));
   show_samples(view, 3 * k_frame_spacing, frames(3));
   QVERIFY(view.annotations_box()->isVisible());
 
@@ -162,9 +166,7 @@ void test_annotation_spans_t::zoom_shows_the_spans_in_view_on_either_axis() {
 
 void test_annotation_spans_t::labels_fit_and_bands_never_overlap() {
   ui_iq_waveform_view_t view;
-  view.resize(700, 400);
-  view.show();
-  QVERIFY(QTest::qWaitForWindowExposed(&view));
+  QVERIFY(shown_at(view, QSize(700, 400)));
   show_samples(view, 40 * k_frame_spacing, frames(40));
   const QFontMetricsF metrics(view.plot()->font());
   const ui_vchart_span_item_t& spans = *view.annotations();
@@ -196,15 +198,11 @@ void test_annotation_spans_t::labels_fit_and_bands_never_overlap() {
 
 void test_annotation_spans_t::check_box_hides_them_and_an_empty_list_draws_nothing() {
   ui_iq_waveform_view_t view;
-  view.resize(900, 500);
-  view.show();
-  QVERIFY(QTest::qWaitForWindowExposed(&view));
+  QVERIFY(shown_at(view, QSize(900, 500)));
   show_samples(view, 3 * k_frame_spacing, frames(3));
   // The same samples without annotations, at the same plot size.
   ui_iq_waveform_view_t plain;
-  plain.resize(view.plot()->size());
-  plain.show();
-  QVERIFY(QTest::qWaitForWindowExposed(&plain));
+  QVERIFY(shown_at(plain, view.plot()->size()));
   show_samples(plain, 3 * k_frame_spacing, {});
   QVERIFY(!plain.annotations_box()->isVisible());
   QCOMPARE(plain.plot()->size(), view.plot()->size());
