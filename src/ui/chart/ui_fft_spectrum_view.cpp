@@ -16,14 +16,6 @@ namespace {
 
 constexpr fp64 k_magnitude_floor = 1e-12;
 
-// What one update hands to the GUI thread.
-struct spectrum_t {
-  ui_vchart_minmax_pyramid_t levels;
-  fp64 sample_rate = 1.0;
-  bool rate_known = false;
-  std::size_t peak = 0;
-};
-
 }  // namespace
 
 ui_fft_spectrum_view_t::ui_fft_spectrum_view_t(QWidget* parent)
@@ -44,24 +36,25 @@ QString ui_fft_spectrum_view_t::peak_caption() const {
   return _peak->caption();
 }
 
-void ui_fft_spectrum_view_t::update_fft_wave(lib_iq_data_arr_t iqDataMap, fp64 waveformLength,
-                                             uint32 samplePoints) {
-  auto result = std::make_shared<spectrum_t>();
-  result->rate_known = waveformLength > common_lib::lib_tolerance && samplePoints > 0;
-  if (result->rate_known) {
-    result->sample_rate = samplePoints / waveformLength;
-  } else if (!iqDataMap.empty()) {
+ui_fft_spectrum_view_t::prepared_t ui_fft_spectrum_view_t::prepare(lib_iq_data_arr_t samples,
+                                                                   fp64 waveformLength,
+                                                                   uint32 samplePoints) {
+  prepared_t result;
+  result.rate_known = waveformLength > common_lib::lib_tolerance && samplePoints > 0;
+  if (result.rate_known) {
+    result.sample_rate = samplePoints / waveformLength;
+  } else if (!samples.empty()) {
     common_lib::lib_report(
-        "ui_fft_spectrum_view_t::update_fft_wave Report: No sample rate, frequency normalised!");
+        "ui_fft_spectrum_view_t::prepare Report: No sample rate, frequency normalised!");
   }
-  for (lib_iq_sample_t& sample : iqDataMap) {
+  for (lib_iq_sample_t& sample : samples) {
     if (!std::isfinite(sample.real()) || !std::isfinite(sample.imag())) {
       sample = 0.0;
     }
   }
   lib_iq_data_arr_t bins;
-  if (!iqDataMap.empty()) {
-    common_lib::lib_fourier_transform_t::deal_fft(iqDataMap, bins);
+  if (!samples.empty()) {
+    common_lib::lib_fourier_transform_t::deal_fft(samples, bins);
     common_lib::lib_fourier_transform_t::deal_fft_shift(bins);
   }
   const fp64 count = static_cast<fp64>(bins.size());
@@ -69,32 +62,41 @@ void ui_fft_spectrum_view_t::update_fft_wave(lib_iq_data_arr_t iqDataMap, fp64 w
   for (std::size_t k = 0; k < bins.size(); ++k) {
     const fp64 magnitude = std::max(std::abs(bins[k]) / count, k_magnitude_floor);
     levels[k] = std::max(20.0 * std::log10(magnitude), common_lib::lib_level_floor_db);
-    if (levels[k] > levels[result->peak]) {
-      result->peak = k;
+    if (levels[k] > levels[result.peak]) {
+      result.peak = k;
     }
   }
-  result->levels.assign(std::move(levels));
+  result.levels.assign(std::move(levels));
+  return result;
+}
 
-  ui_vchart_plot_widget_t::run_in_thread_of(this, [this, result] {
-    const fp64 fs = result->sample_rate;
-    const std::size_t size = result->levels.size();
-    ui_vchart_axis_t& x_axis = _plot->view_box().x_axis();
-    x_axis.set_title(result->rate_known ? tr("Frequency") : tr("Normalised frequency"));
-    x_axis.set_unit(result->rate_known ? QStringLiteral("Hz") : QString());
-    const fp64 step = size > 0 ? fs / static_cast<fp64>(size) : 1.0;
-    if (size > 0) {
-      const fp64 x = static_cast<fp64>(result->peak) * step - fs / 2.0;
-      const fp64 level = result->levels.values()[result->peak];
-      _peak->set_marker(x, level,
-                        tr("Peak %1, %2")
-                            .arg(lib_unit_t::format(x, x_axis.unit()),
-                                 lib_unit_t::format(level, QStringLiteral("dB"), 4)));
-    } else {
-      _peak->set_marker(std::nan(""), 0.0, QString());
-    }
-    _levels->set_samples(std::move(result->levels), -fs / 2.0, step);
-    _plot->data_changed();
-  });
+void ui_fft_spectrum_view_t::show_prepared(prepared_t prepared) {
+  const fp64 fs = prepared.sample_rate;
+  const std::size_t size = prepared.levels.size();
+  ui_vchart_axis_t& x_axis = _plot->view_box().x_axis();
+  x_axis.set_title(prepared.rate_known ? tr("Frequency") : tr("Normalised frequency"));
+  x_axis.set_unit(prepared.rate_known ? QStringLiteral("Hz") : QString());
+  const fp64 step = size > 0 ? fs / static_cast<fp64>(size) : 1.0;
+  if (size > 0) {
+    const fp64 x = static_cast<fp64>(prepared.peak) * step - fs / 2.0;
+    const fp64 level = prepared.levels.values()[prepared.peak];
+    _peak->set_marker(x, level,
+                      tr("Peak %1, %2")
+                          .arg(lib_unit_t::format(x, x_axis.unit()),
+                               lib_unit_t::format(level, QStringLiteral("dB"), 4)));
+  } else {
+    _peak->set_marker(std::nan(""), 0.0, QString());
+  }
+  _levels->set_samples(std::move(prepared.levels), -fs / 2.0, step);
+  _plot->data_changed();
+}
+
+void ui_fft_spectrum_view_t::update_fft_wave(lib_iq_data_arr_t iqDataMap, fp64 waveformLength,
+                                             uint32 samplePoints) {
+  auto prepared =
+      std::make_shared<prepared_t>(prepare(std::move(iqDataMap), waveformLength, samplePoints));
+  ui_vchart_plot_widget_t::run_in_thread_of(
+      this, [this, prepared] { show_prepared(std::move(*prepared)); });
 }
 
 }  // namespace nal

@@ -97,11 +97,12 @@ void ui_vchart_frame_painter_t::paint_axes(QPainter& painter, const ui_vchart_vi
 
 void ui_vchart_frame_painter_t::paint_legend(
     QPainter& painter, const ui_vchart_view_box_t& box,
-    const std::vector<std::unique_ptr<ui_vchart_item_t>>& items, const QPalette& palette) {
+    const std::vector<std::unique_ptr<ui_vchart_item_t>>& items, const QPalette& palette,
+    qreal header_bottom) {
   const QRectF& rect = box.pixel_rect();
   const QFontMetrics metrics(painter.font());
   qreal x = rect.left();
-  const qreal y = rect.top() - k_gap - metrics.height() / 2.0;
+  const qreal y = header_bottom - k_gap - metrics.height() / 2.0;
   for (const std::unique_ptr<ui_vchart_item_t>& item : items) {
     if (item->name().isEmpty()) {
       continue;
@@ -116,7 +117,7 @@ void ui_vchart_frame_painter_t::paint_legend(
 
 void ui_vchart_frame_painter_t::paint_cursor(QPainter& painter, const ui_vchart_view_box_t& box,
                                              const QPointF& cursor, const QString& read_out,
-                                             const QPalette& palette) {
+                                             const QPalette& palette, qreal header_bottom) {
   const QRectF& rect = box.pixel_rect();
   painter.setRenderHint(QPainter::Antialiasing, false);
   QColor colour = palette.color(QPalette::Highlight);
@@ -127,7 +128,7 @@ void ui_vchart_frame_painter_t::paint_cursor(QPainter& painter, const ui_vchart_
   const QFontMetrics metrics(painter.font());
   painter.setPen(palette.color(QPalette::WindowText));
   painter.drawText(
-      QRectF(rect.left(), rect.top() - k_gap - metrics.height(), rect.width(), metrics.height()),
+      QRectF(rect.left(), header_bottom - k_gap - metrics.height(), rect.width(), metrics.height()),
       Qt::AlignRight | Qt::AlignVCenter, read_out);
 }
 

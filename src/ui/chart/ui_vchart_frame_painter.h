@@ -28,13 +28,16 @@ class ui_vchart_frame_painter_t {
                          const QPalette& palette);
   static void paint_axes(QPainter& painter, const ui_vchart_view_box_t& box,
                          const QPalette& palette);
-  // The named items, each with a line of its colour, along the top edge from the left.
+  // The legend and the read-out stand in one line above `header_bottom`: the data rectangle's
+  // top edge, or the top of the lanes above it.
+  // The named items, each with a line of its colour, from the left.
   static void paint_legend(QPainter& painter, const ui_vchart_view_box_t& box,
                            const std::vector<std::unique_ptr<ui_vchart_item_t>>& items,
-                           const QPalette& palette);
-  // Cross-hair through `cursor` and the read-out text at the top right.
+                           const QPalette& palette, qreal header_bottom);
+  // Cross-hair through `cursor` and the read-out text at the right.
   static void paint_cursor(QPainter& painter, const ui_vchart_view_box_t& box,
-                           const QPointF& cursor, const QString& read_out, const QPalette& palette);
+                           const QPointF& cursor, const QString& read_out, const QPalette& palette,
+                           qreal header_bottom);
 };
 
 }  // namespace nal

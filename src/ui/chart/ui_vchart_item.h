@@ -7,6 +7,7 @@
 
 #include "ui/chart/ui_vchart_view_box.h"
 
+class QFontMetricsF;
 class QPainter;
 
 namespace nal {
@@ -24,6 +25,12 @@ class ui_vchart_item_t {
   // The extent of the finite data, in data values; false when there is none. Auto range uses it.
   virtual bool data_bounds(ui_vchart_range_t& bounds) const = 0;
   virtual void paint(QPainter& painter, const ui_vchart_view_box_t& box) const = 0;
+  // Lanes of the item's own between the legend and the data rectangle, sharing the x axis
+  // (annotation strips): their height in pixels in the plot's font, 0 for none. One item of a
+  // plot may have lanes; they end at the data rectangle's top edge.
+  virtual fp64 lanes_height(const QFontMetricsF& /*metrics*/) const { return 0.0; }
+  // Painted on the widget after the data, outside the cached data layer.
+  virtual void paint_lanes(QPainter& /*painter*/, const ui_vchart_view_box_t& /*box*/) const {}
   // What the cursor at data point (x, y) reads from this item, or an empty text.
   virtual QString read_out(fp64 x, fp64 y, const ui_vchart_view_box_t& box) const = 0;
 

@@ -1,5 +1,6 @@
 #include "ui/chart/ui_vchart_plot_widget.h"
 
+#include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -7,6 +8,7 @@
 #include <QThread>
 #include <QVBoxLayout>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cmath>
 
 #include "ui/chart/ui_vchart_frame_painter.h"
@@ -103,12 +105,24 @@ void ui_vchart_plot_widget_t::data_changed() {
 
 void ui_vchart_plot_widget_t::items_changed() {
   _data_layer_valid = false;
+  // An item shown or hidden changes what the cursor reads.
+  _update_read_out();
   update();
 }
 
 void ui_vchart_plot_widget_t::_update_layout() {
-  const QMargins margins = ui_vchart_frame_painter_t::margins(_box, fontMetrics());
+  QMargins margins = ui_vchart_frame_painter_t::margins(_box, fontMetrics());
+  margins.setTop(margins.top() + static_cast<int>(std::ceil(_lanes_height())));
   _box.set_pixel_rect(QRectF(rect().marginsRemoved(margins)));
+}
+
+fp64 ui_vchart_plot_widget_t::_lanes_height() const {
+  const QFontMetricsF metrics(font());
+  fp64 height = 0.0;
+  for (const std::unique_ptr<ui_vchart_item_t>& item : _items) {
+    height = std::max(height, item->lanes_height(metrics));
+  }
+  return height;
 }
 
 void ui_vchart_plot_widget_t::_view_changed(bool changed) {
@@ -155,10 +169,15 @@ void ui_vchart_plot_widget_t::paintEvent(QPaintEvent* /*event*/) {
   const QRectF& rect = _box.pixel_rect();
   _render_data_layer();
   painter.drawImage(rect.topLeft(), _data_layer);
+  for (const std::unique_ptr<ui_vchart_item_t>& item : _items) {
+    item->paint_lanes(painter, _box);
+  }
+  const qreal header_bottom = std::ceil(rect.top() - _lanes_height());
   ui_vchart_frame_painter_t::paint_axes(painter, _box, palette());
-  ui_vchart_frame_painter_t::paint_legend(painter, _box, _items, palette());
+  ui_vchart_frame_painter_t::paint_legend(painter, _box, _items, palette(), header_bottom);
   if (_cursor_shown && _drag != drag_t::pan) {
-    ui_vchart_frame_painter_t::paint_cursor(painter, _box, _cursor, _read_out, palette());
+    ui_vchart_frame_painter_t::paint_cursor(painter, _box, _cursor, _read_out, palette(),
+                                            header_bottom);
   }
   if (_drag == drag_t::rubber_band) {
     QColor fill = palette().color(QPalette::Highlight);

@@ -79,6 +79,7 @@ class ui_vchart_plot_widget_t : public QWidget {
   enum class drag_t { none, pan, rubber_band };
 
   void _update_layout();
+  fp64 _lanes_height() const;
   void _render_data_layer();
   void _view_changed(bool changed);
   void _update_read_out();

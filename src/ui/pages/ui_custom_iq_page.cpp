@@ -4,6 +4,7 @@
 #include <QMessageBox>
 
 #include "cfg/cfg_custom_iq.h"
+#include "cfg/cfg_protocol_registry.h"
 #include "ui/chart/ui_ccdf_view.h"
 #include "ui/chart/ui_constellation_chart.h"
 #include "ui/pages/ui_tab_widget.h"
@@ -28,16 +29,17 @@ cfg_custom_iq_t& ui_custom_iq_page_t::custom_iq_configuration() const {
 
 void ui_custom_iq_page_t::update_waveform_display() {
   const custom_iq_t& engine = custom_iq_configuration().engine();
-  ui_page_waveform_t waveform;
-  waveform.samples = engine.get_waveform_data();
+  const lib_iq_data_arr_t& samples = engine.get_waveform_data();
   // The spectrum's frequency axis comes from the samples actually computed, so that it spans
   // exactly the sample rate.
-  waveform.sample_points = static_cast<uint32>(waveform.samples.size());
   const fp64 rate = engine.get_sample_rate();
-  waveform.waveform_length = rate > 0.0 ? static_cast<fp64>(waveform.samples.size()) / rate : 0.0;
-  _ccdf_view->update_ccdf(waveform.samples);
+  const fp64 waveform_length = rate > 0.0 ? static_cast<fp64>(samples.size()) / rate : 0.0;
+  const cfg_protocol_row_t* row = cfg_protocol_registry_t::find(PROTOCOL_CUSTOM_IQ);
+  _ccdf_view->update_ccdf(samples);
   _update_constellation();
-  _show_waveform(waveform);
+  _show_waveform(
+      ui_page_waveform_t::prepare(samples, waveform_length, static_cast<uint32>(samples.size()),
+                                  row->annotations(custom_iq_configuration(), samples.size())));
 }
 
 void ui_custom_iq_page_t::_run_update() {

@@ -23,7 +23,8 @@ class ui_custom_iq_page_t : public ui_protocol_page_t {
   ui_custom_iq_setup_widget_t* setup_widget() const { return _setup; }
 
  public slots:
-  // Copies the engine's samples into the views.
+  // Shows the engine's samples and annotations: prepared and shown on the GUI thread, with one
+  // copy of the samples for the spectrum.
   void update_waveform_display();
 
  protected:

@@ -166,10 +166,9 @@ QString ui_protocol_page_t::status_text() const {
   return _status_line->text();
 }
 
-void ui_protocol_page_t::_show_waveform(const ui_page_waveform_t& waveform) {
-  _iq_view->update_iq_wave(waveform.samples);
-  _spectrum_view->update_fft_wave(waveform.samples, waveform.waveform_length,
-                                  waveform.sample_points);
+void ui_protocol_page_t::_show_waveform(ui_page_waveform_t waveform) {
+  _iq_view->show_prepared(std::move(waveform.iq));
+  _spectrum_view->show_prepared(std::move(waveform.spectrum));
   if (!waveform.error.empty()) {
     _set_status(
         tr("The waveform could not be computed: %1").arg(QString::fromStdString(waveform.error)));
@@ -177,7 +176,7 @@ void ui_protocol_page_t::_show_waveform(const ui_page_waveform_t& waveform) {
     _set_status(QString());
   }
   _showing_error = !waveform.error.empty();
-  emit sig_waveform_shown(waveform.samples);
+  emit sig_waveform_shown();
 }
 
 void ui_protocol_page_t::_set_status(const QString& text) {

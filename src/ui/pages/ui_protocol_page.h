@@ -53,7 +53,7 @@ class ui_protocol_page_t : public QWidget {
  signals:
   void sig_download_data_callback(QString resName, bool successed);
   // After the views received a new waveform.
-  void sig_waveform_shown(const nal::lib_iq_data_arr_t& samples);
+  void sig_waveform_shown();
 
  protected:
   // `update_tooltip` differs between the Custom IQ page and the packet pages.
@@ -62,8 +62,9 @@ class ui_protocol_page_t : public QWidget {
 
   ui_tab_widget_t* _setup_tabs() const { return _setup_tab_widget; }
   ui_tab_widget_t* _view_tabs() const { return _view_tab_widget; }
-  // The I/Q view first, then a copy to the spectrum view; an error goes to the status line.
-  void _show_waveform(const ui_page_waveform_t& waveform);
+  // Moves the prepared waveform into the I/Q view, then the spectrum view; an error goes to the
+  // status line.
+  void _show_waveform(ui_page_waveform_t waveform);
   void _set_status(const QString& text);
 
   // The Update action: compute the current settings and show them.

@@ -10,6 +10,8 @@
 #include <random>
 
 #include "tests/ui/pages/test_tone_page.h"
+#include "ui/chart/ui_iq_waveform_view.h"
+#include "ui/chart/ui_vchart_sampled_curve_item.h"
 #include "ui/pages/ui_resources.h"
 #include "ui/pages/ui_tab_widget.h"
 
@@ -29,10 +31,9 @@ class PageConcurrency : public QObject {
     nal::ui_tab_widget_t tabs;
     auto add_page = [&] {
       auto* page = new tone_page_t;
-      connect(page, &nal::ui_protocol_page_t::sig_waveform_shown, &tabs,
-              [&shown, page](const nal::lib_iq_data_arr_t& samples) {
-                shown[page] = samples.front().real();
-              });
+      connect(page, &nal::ui_protocol_page_t::sig_waveform_shown, &tabs, [&shown, page] {
+        shown[page] = page->iq_view()->in_phase()->samples().values().front();
+      });
       connect(page, &QObject::destroyed, &tabs, [&shown, page] { shown.erase(page); });
       tabs.add_page(page, "Tone");
     };

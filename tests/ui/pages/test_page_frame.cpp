@@ -15,6 +15,10 @@
 #include "comm/visa_device_manager.h"
 #include "tests/ui/pages/test_tone_page.h"
 #include "tools/instrument_sim/sim_instrument.h"
+#include "ui/chart/ui_fft_spectrum_view.h"
+#include "ui/chart/ui_iq_waveform_view.h"
+#include "ui/chart/ui_vchart_sampled_curve_item.h"
+#include "ui/chart/ui_vchart_span_item.h"
 #include "ui/pages/ui_close_button.h"
 #include "ui/pages/ui_custom_iq_page.h"
 #include "ui/pages/ui_resources.h"
@@ -27,15 +31,15 @@ using wavelume_test::tone_page_t;
 
 namespace {
 
-// The first sample of every waveform a page shows, in order.
+// The first I value and the length of every waveform a page's I/Q view shows, in order.
 class shown_waveforms_t : public QObject {
  public:
   explicit shown_waveforms_t(nal::ui_protocol_page_t* page) {
-    QObject::connect(page, &nal::ui_protocol_page_t::sig_waveform_shown, this,
-                     [this](const nal::lib_iq_data_arr_t& samples) {
-                       first_i.push_back(samples.empty() ? -1.0 : samples.front().real());
-                       sizes.push_back(samples.size());
-                     });
+    QObject::connect(page, &nal::ui_protocol_page_t::sig_waveform_shown, this, [this, page] {
+      const std::vector<double>& in_phase = page->iq_view()->in_phase()->samples().values();
+      first_i.push_back(in_phase.empty() ? -1.0 : in_phase.front());
+      sizes.push_back(in_phase.size());
+    });
   }
   std::vector<double> first_i;
   std::vector<std::size_t> sizes;
@@ -166,6 +170,45 @@ class PageFrame : public QObject {
     QVERIFY(page.status_text().isEmpty());
   }
 
+  // The worker prepares the views from the protocol row; what the GUI thread shows must be what
+  // the views make of the same samples themselves, with the row's annotations beside them.
+  void background_run_shows_what_the_views_make_of_the_samples() {
+    tone_page_t page;
+    page.tone().set_amplitude(0.25);
+    page.tone().set_length(700);
+    page.update_action()->trigger();
+    QTRY_VERIFY(!page.is_computing());
+
+    const nal::lib_iq_data_arr_t samples(700, nal::lib_iq_sample_t(0.25, -0.25));
+    nal::ui_iq_waveform_view_t iq;
+    nal::ui_fft_spectrum_view_t spectrum;
+    iq.update_iq_wave(samples);
+    spectrum.update_fft_wave(samples, 700e-6, 700);
+    QCOMPARE(page.iq_view()->in_phase()->samples().values(), iq.in_phase()->samples().values());
+    QCOMPARE(page.iq_view()->quadrature()->samples().values(), iq.quadrature()->samples().values());
+    QCOMPARE(page.spectrum_view()->levels()->samples().values(),
+             spectrum.levels()->samples().values());
+    QCOMPARE(page.spectrum_view()->peak_caption(), spectrum.peak_caption());
+
+    const nal::ui_vchart_span_rows_t& spans = page.iq_view()->annotations()->spans();
+    QCOMPARE(spans.row_count(), 2);
+    QCOMPARE(spans.row(0).front().label, std::string("tone"));
+    QCOMPARE(spans.row(0).front().end, 700.0);
+    QCOMPARE(spans.row(1).back().label, std::string("second half"));
+    QCOMPARE(spans.row(1).back().begin, 350.0);
+  }
+
+  void page_whose_settings_cannot_be_copied_says_so_and_computes_nothing() {
+    const int before = tone_configuration_t::computations;
+    tone_page_t page(false);
+    QVERIFY(page.status_text().contains("cannot be copied"));
+    page.update_action()->trigger();
+    QTRY_VERIFY(!page.is_computing());
+    QCOMPARE(tone_configuration_t::computations, before);
+    QCOMPARE(page.iq_view()->in_phase()->samples().size(), std::size_t{0});
+    QVERIFY(page.status_text().contains("cannot be copied"));
+  }
+
   void custom_iq_opens_computed_and_updates_on_the_gui_thread() {
     nal::ui_custom_iq_page_t page;
     nal::custom_iq_t& engine = page.custom_iq_configuration().engine();
@@ -181,6 +224,16 @@ class PageFrame : public QObject {
     QCOMPARE(shown.sizes.size(), std::size_t{1});
     QCOMPARE(shown.sizes[0], engine.get_waveform_data().size());
     QCOMPARE(shown.sizes[0], std::size_t{200} * engine.get_oversampling());
+
+    // Its frames reach the I/Q view through its protocol row, in equal thirds.
+    QVERIFY(engine.set_frame_number(3));
+    page.update_action()->trigger();
+    const std::vector<nal::ui_vchart_span_rows_t::span_t>& frames =
+        page.iq_view()->annotations()->spans().row(0);
+    QCOMPARE(frames.size(), std::size_t{3});
+    QCOMPARE(frames[1].label, std::string("frame 2"));
+    QCOMPARE(frames[1].begin, static_cast<double>(shown.sizes.back() / 3));
+    QCOMPARE(frames[2].end, static_cast<double>(shown.sizes.back()));
   }
 
   void state_file_round_trip_and_waveform_file() {
@@ -219,8 +272,12 @@ class PageFrame : public QObject {
     QCOMPARE(tone.tone().amplitude(), 0.125);
     QVERIFY(tone.status_text().contains("another protocol"));
 
+    // The tone's type has no registry row and no text in state files: its state file recalls as
+    // nothing, into any page.
+    QVERIFY(nal::cfg_protocol_registry_t::find(wavelume_test::k_tone_protocol_type) == nullptr);
     const QString tone_state = folder.filePath("tone.state");
     QVERIFY(tone.save_to_path(tone_state));
+    QVERIFY(!tone.recall_from_path(tone_state));
     nal::ui_custom_iq_page_t page;
     page.custom_iq_configuration().engine().set_apsk_qam_type(nal::MOD_8PSK);
     QVERIFY(!page.recall_from_path(tone_state));

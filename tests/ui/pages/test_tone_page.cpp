@@ -6,9 +6,52 @@
 #include <stdexcept>
 #include <thread>
 
+#include "cfg/lib_xml_common.h"
 #include "ui/pages/ui_tab_widget.h"
 
 namespace wavelume_test {
+
+namespace {
+
+tone_configuration_t& as_tone(nal::cfg_protocol_base_t& configuration) {
+  return static_cast<tone_configuration_t&>(configuration);
+}
+
+const tone_configuration_t& as_tone(const nal::cfg_protocol_base_t& configuration) {
+  return static_cast<const tone_configuration_t&>(configuration);
+}
+
+nal::cfg_protocol_row_t tone_row(bool copyable) {
+  nal::cfg_protocol_row_t row;
+  row.type = k_tone_protocol_type;
+  row.cli_name = "tone";
+  row.create = [] { return std::unique_ptr<nal::cfg_protocol_base_t>(new tone_configuration_t); };
+  if (copyable) {
+    row.copy = [](const nal::cfg_protocol_base_t& configuration) {
+      return std::unique_ptr<nal::cfg_protocol_base_t>(
+          new tone_configuration_t(as_tone(configuration)));
+    };
+  }
+  row.waveform_length = [](const nal::cfg_protocol_base_t& configuration) {
+    return as_tone(configuration).get_waveform_length();
+  };
+  row.sample_points = [](nal::cfg_protocol_base_t& configuration) {
+    return as_tone(configuration).get_sample_points();
+  };
+  row.sample_rate = [](const nal::cfg_protocol_base_t& configuration) {
+    return as_tone(configuration).get_sample_rate();
+  };
+  row.compute = [](nal::cfg_protocol_base_t& configuration,
+                   nal::lib_iq_data_arr_t& storage) -> const nal::lib_iq_data_arr_t& {
+    return as_tone(configuration).compute_waveform(storage);
+  };
+  row.annotations = [](const nal::cfg_protocol_base_t& configuration, nal::uint64) {
+    return as_tone(configuration).get_annotations();
+  };
+  return row;
+}
+
+}  // namespace
 
 std::atomic<int> tone_configuration_t::computations{0};
 std::atomic<int> tone_configuration_t::delay_ms{0};
@@ -31,6 +74,17 @@ bool tone_configuration_t::get_waveform_data(nal::lib_iq_data_arr_t& samples) {
   return true;
 }
 
+const nal::lib_iq_data_arr_t& tone_configuration_t::compute_waveform(
+    nal::lib_iq_data_arr_t& storage) {
+  get_waveform_data(storage);
+  return storage;
+}
+
+nal::lib_waveform_annotations_t tone_configuration_t::get_annotations() const {
+  const nal::uint64 half = _length / 2;
+  return {{0, _length, "tone"}, {0, half, "first half"}, {half, _length - half, "second half"}};
+}
+
 void tone_configuration_t::preset() {
   set_amplitude(0.5);
   set_length(1000);
@@ -43,7 +97,10 @@ bool tone_configuration_t::load_from_xml(const pugi::xml_node& node) {
 }
 
 bool tone_configuration_t::save_to_xml(pugi::xml_node& node) const {
-  node.append_attribute("ProtocolType") = "Toolkit";
+  // Empty: the type has no text in state files.
+  node.append_attribute("ProtocolType") =
+      nal::lib_xml_common_t::get_enum_string(nal::protocol_type_state_text_map(), protocol_type())
+          .c_str();
   node.append_child("Amplitude").text().set(_amplitude);
   node.append_child("Length").text().set(_length);
   return true;
@@ -57,9 +114,10 @@ bool tone_configuration_t::set_length(nal::uint32 length) {
   return _set(_length, length);
 }
 
-tone_page_t::tone_page_t(QWidget* parent)
+tone_page_t::tone_page_t(bool copyable, QWidget* parent)
     : nal::ui_background_page_t(std::make_unique<tone_configuration_t>(),
-                                "Update IQ waveform display", parent) {
+                                "Update IQ waveform display", parent),
+      _copyable(copyable) {
   _bind_configuration();
   _update_waveform();
 }
@@ -68,15 +126,10 @@ tone_configuration_t& tone_page_t::tone() const {
   return static_cast<tone_configuration_t&>(configuration());
 }
 
-nal::ui_background_page_t::waveform_task_t tone_page_t::_make_waveform_task() const {
-  auto snapshot = std::make_shared<tone_configuration_t>(tone());
-  return [snapshot] {
-    nal::ui_page_waveform_t waveform;
-    waveform.waveform_length = snapshot->waveform_length();
-    waveform.sample_points = snapshot->length();
-    snapshot->get_waveform_data(waveform.samples);
-    return waveform;
-  };
+const nal::cfg_protocol_row_t* tone_page_t::_protocol_row() const {
+  static const nal::cfg_protocol_row_t copyable_row = tone_row(true);
+  static const nal::cfg_protocol_row_t fixed_row = tone_row(false);
+  return _copyable ? &copyable_row : &fixed_row;
 }
 
 void tone_page_t::_unbind_configuration() {

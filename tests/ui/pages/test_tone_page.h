@@ -1,16 +1,23 @@
 #pragma once
 // A small background page for tests: its configuration computes a constant tone slowly on
-// purpose, so that Updates, edits and closes overlap with running tasks.
+// purpose, so that Updates, edits and closes overlap with running tasks, and reports it as one
+// frame of two halves. It has a protocol type of its own, outside the program's table: no
+// registry row, no state-file text, no page of the program's to collide with. Its page brings its
+// own row, as the registry would build it.
 
 #include <atomic>
 #include <functional>
 
 #include "cfg/cfg_protocol_base.h"
+#include "cfg/cfg_protocol_registry.h"
 #include "ui/pages/ui_background_page.h"
 
 class QDoubleSpinBox;
 
 namespace wavelume_test {
+
+// No protocol of the program has this value.
+constexpr nal::protocol_type_t k_tone_protocol_type = static_cast<nal::protocol_type_t>(1000);
 
 class tone_configuration_t : public nal::cfg_protocol_base_t {
  public:
@@ -30,13 +37,19 @@ class tone_configuration_t : public nal::cfg_protocol_base_t {
   void preset() override;
   bool load_from_xml(const pugi::xml_node& node) override;
   bool save_to_xml(pugi::xml_node& node) const override;
-  nal::protocol_type_t protocol_type() const override { return nal::PROTOCOL_TOOLKIT; }
+  nal::protocol_type_t protocol_type() const override { return k_tone_protocol_type; }
 
   bool set_amplitude(nal::fp64 amplitude);
   nal::fp64 amplitude() const { return _amplitude; }
   bool set_length(nal::uint32 length);
   nal::uint32 length() const { return _length; }
-  nal::fp64 waveform_length() const { return _length * 1e-6; }
+  // The five methods a registry row asks for; one sample per microsecond.
+  nal::fp64 get_waveform_length() const { return _length * 1e-6; }
+  nal::uint64 get_sample_points() { return _length; }
+  nal::fp64 get_sample_rate() const { return 1e6; }
+  const nal::lib_iq_data_arr_t& compute_waveform(nal::lib_iq_data_arr_t& storage);
+  // "tone" over the whole waveform, "first half" and "second half" inside it.
+  nal::lib_waveform_annotations_t get_annotations() const;
   void set_change_callback(std::function<void(bool)> callback) { _changed = std::move(callback); }
 
  private:
@@ -64,17 +77,19 @@ class tone_page_t : public nal::ui_background_page_t {
   Q_OBJECT
 
  public:
-  explicit tone_page_t(QWidget* parent = nullptr);
+  // A row without `copy` stands for a configuration that cannot be copied.
+  explicit tone_page_t(bool copyable = true, QWidget* parent = nullptr);
 
   tone_configuration_t& tone() const;
   QDoubleSpinBox* amplitude_box() const { return _amplitude_box; }
 
  protected:
-  waveform_task_t _make_waveform_task() const override;
+  const nal::cfg_protocol_row_t* _protocol_row() const override;
   void _unbind_configuration() override;
   void _bind_configuration() override;
 
  private:
+  bool _copyable;
   QDoubleSpinBox* _amplitude_box = nullptr;
 };
 
