@@ -33,8 +33,8 @@ struct element_context_t {
   std::string name;
 
   void report(const std::string& text) const {
-    std::string where = path + ", element " + std::to_string(index) + " at byte " +
-                        std::to_string(offset);
+    std::string where =
+        path + ", element " + std::to_string(index) + " at byte " + std::to_string(offset);
     if (!name.empty()) {
       where += ", variable '" + name + "'";
     }
@@ -129,8 +129,8 @@ bool dimensions_match(const std::vector<int>& dimensions, std::size_t count) {
   return product == count;
 }
 
-void parse_matrix(toolkit_mat_buffer_t& buffer, std::size_t value_limit,
-                  element_context_t& context, toolkit_mat_variable_t& variable) {
+void parse_matrix(toolkit_mat_buffer_t& buffer, std::size_t value_limit, element_context_t& context,
+                  toolkit_mat_variable_t& variable) {
   std::uint32_t flags = 0;
   if (!read_matrix_header(buffer, context, flags, variable)) {
     return;
@@ -146,10 +146,10 @@ void parse_matrix(toolkit_mat_buffer_t& buffer, std::size_t value_limit,
     return;
   }
   if (!is_complex) {
+    // Values are kept in file order whatever the dimensions, but a mismatch is worth a warning.
     if (!dimensions_match(variable.dimension_list, real.size())) {
       context.report("the dimensions " + variable.get_size_text() + " do not match the " +
-                     std::to_string(real.size()) + " values stored");
-      return;
+                     std::to_string(real.size()) + " values stored; they are read in file order");
     }
     variable.element_number = static_cast<fp64>(real.size());
     variable.real_data = std::move(real);
@@ -160,12 +160,15 @@ void parse_matrix(toolkit_mat_buffer_t& buffer, std::size_t value_limit,
   if (!read_number_element(buffer, value_limit, context, "imaginary part", imaginary)) {
     return;
   }
-  if (real.size() != imaginary.size() || real.empty() ||
-      !dimensions_match(variable.dimension_list, real.size())) {
-    context.report("the dimensions " + variable.get_size_text() + " do not match the " +
-                   std::to_string(real.size()) + " real and " +
-                   std::to_string(imaginary.size()) + " imaginary values stored");
+  if (real.size() != imaginary.size() || real.empty()) {
+    context.report("the real part holds " + std::to_string(real.size()) +
+                   " values and the imaginary part " + std::to_string(imaginary.size()) +
+                   "; the variable is not read");
     return;
+  }
+  if (!dimensions_match(variable.dimension_list, real.size())) {
+    context.report("the dimensions " + variable.get_size_text() + " do not match the " +
+                   std::to_string(real.size()) + " values stored; they are read in file order");
   }
   variable.complex_data.resize(real.size());
   for (std::size_t k = 0; k < real.size(); ++k) {
@@ -265,8 +268,7 @@ bool toolkit_mat_file_reader_t::read(const std::string& path, std::size_t inflat
     const std::size_t data_bytes = tag.small_form ? 0 : tag.byte_count;
     if (data_bytes > file_size - offset - tag_bytes || data_bytes > inflate_limit_bytes) {
       context.report("the element declares " + std::to_string(tag.byte_count) +
-                     " bytes but the file holds " +
-                     std::to_string(file_size - offset - tag_bytes) +
+                     " bytes but the file holds " + std::to_string(file_size - offset - tag_bytes) +
                      " after its tag; the file is cut off or damaged");
       break;
     }

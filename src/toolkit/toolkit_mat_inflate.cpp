@@ -41,17 +41,15 @@ std::size_t toolkit_mat_inflate_t::default_limit_bytes() {
 }
 
 bool toolkit_mat_inflate_t::inflate(const std::uint8_t* compressed, std::size_t compressed_size,
-                      bool big_endian,
-                                    std::size_t limit_bytes, std::vector<std::uint8_t>& inflated,
-                                    std::string& problem) {
+                                    bool big_endian, std::size_t limit_bytes,
+                                    std::vector<std::uint8_t>& inflated, std::string& problem) {
   inflated.assign(tag_bytes, 0);
   uLongf head_length = tag_bytes;
   // A full head comes back as Z_BUF_ERROR: the stream goes on past the 8 bytes asked for.
-  const int head_code =
-      uncompress(inflated.data(), &head_length, compressed, compressed_size);
+  const int head_code = uncompress(inflated.data(), &head_length, compressed, compressed_size);
   if ((head_code != Z_OK && head_code != Z_BUF_ERROR) || head_length < tag_bytes) {
-    problem = zlib_problem(head_code == Z_OK || head_code == Z_BUF_ERROR ? Z_DATA_ERROR
-                                                                          : head_code);
+    problem =
+        zlib_problem(head_code == Z_OK || head_code == Z_BUF_ERROR ? Z_DATA_ERROR : head_code);
     inflated.clear();
     return false;
   }

@@ -123,13 +123,12 @@ bool toolkit_text_column_reader_t::read_columns(const std::string& path,
       const bool parsed = format.hexadecimal ? parse_hexadecimal(fields[k], format, value)
                                              : parse_decimal(fields[k], value);
       if (!parsed) {
-        const std::string quoted = line.size() > quoted_line_limit
-                                       ? line.substr(0, quoted_line_limit) + "..."
-                                       : line;
+        const std::string quoted =
+            line.size() > quoted_line_limit ? line.substr(0, quoted_line_limit) + "..." : line;
         common_lib::lib_report(
             "toolkit_text_column_reader_t::read_columns Report: " + path + ", line " +
-            std::to_string(line_number) + ": field " + std::to_string(k + 1) + " \"" +
-            fields[k] + "\" is not a " +
+            std::to_string(line_number) + ": field " + std::to_string(k + 1) + " \"" + fields[k] +
+            "\" is not a " +
             (format.hexadecimal ? "hexadecimal integer" : "finite decimal number") + " in \"" +
             trimmed(quoted) + "\"");
         columns.assign(column_count, {});

@@ -78,9 +78,9 @@ bool toolkit_waveform_import_t::set_oversampling_ratio(int ratio) {
 
 bool toolkit_waveform_import_t::set_oversampling_ratio_range(int minimum, int maximum) {
   if (minimum < 1 || maximum < minimum) {
-    report("set_oversampling_ratio_range",
-           "the range " + std::to_string(minimum) + " to " + std::to_string(maximum) +
-               " is not a range of ratios from 1 up");
+    report("set_oversampling_ratio_range", "the range " + std::to_string(minimum) + " to " +
+                                               std::to_string(maximum) +
+                                               " is not a range of ratios from 1 up");
     return false;
   }
   _oversampling_ratio_min = minimum;
@@ -178,9 +178,8 @@ bool toolkit_waveform_import_t::_fetch_mat_columns(lib_fp_data_arr_t& i_values,
     return false;
   }
   const toolkit_mat_variable_t& i_variable = list[_i_data_index];
-  const bool q_names_other_values =
-      _q_data_index != _i_data_index && _q_data_index < list.size() &&
-      list[_q_data_index].has_data();
+  const bool q_names_other_values = _q_data_index != _i_data_index && _q_data_index < list.size() &&
+                                    list[_q_data_index].has_data();
   if (i_variable.is_complex) {
     if (q_names_other_values) {
       report("import_waveform", describe(list, _i_data_index) + " of " + _mat_file_path +

@@ -24,7 +24,9 @@ const std::string& data_folder() {
   return folder;
 }
 
-std::string data_path(const std::string& name) { return data_folder() + "/" + name; }
+std::string data_path(const std::string& name) {
+  return data_folder() + "/" + name;
+}
 
 std::string write_text_file(const std::string& name, const std::string& text) {
   const std::string path = data_path(name);

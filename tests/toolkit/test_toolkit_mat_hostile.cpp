@@ -26,13 +26,16 @@ TEST(ToolkitMatHostile, DamagedElementsLeaveEmptyRecordsWithMessages) {
   const std::string output = read_printing(importer, data_path("hostile.mat"));
   const auto& list = importer.get_variable_list();
   ASSERT_EQ(list.size(), 6u) << output;
-  for (std::size_t k = 0; k < 5; ++k) {
+  // Values that do not match their dimensions are kept, in file order, with a warning.
+  EXPECT_EQ(list[0].real_data.size(), 6u);
+  for (std::size_t k = 1; k < 5; ++k) {
     EXPECT_FALSE(list[k].has_data()) << k;
   }
   EXPECT_EQ(list[5].real_data.size(), 6u);
   for (const char* message :
-       {"the dimensions 1x7 do not match the 6 values stored (", "variable 'mismatch'",
-        "the variable is a cell array", "Error uncompressing data: the compressed data is damaged",
+       {"the dimensions 1x7 do not match the 6 values stored; they are read in file order (",
+        "variable 'mismatch'", "the variable is a cell array",
+        "Error uncompressing data: the compressed data is damaged",
         "would inflate to 2147483656 bytes, beyond the limit",
         "inflates to more bytes than its tag declares", "the element declares 4096 bytes",
         "element 6 at byte"}) {
@@ -53,7 +56,8 @@ TEST(ToolkitMatHostile, InflateLimitIsAGibibyteAtMostAndCanBeLowered) {
   }
 }
 
-// Every prefix of a file, and every byte replaced by 0xFF in turn: a message at most, no crash.
+// Prefixes of a file, and bytes replaced by 0xFF in turn (every one in the small hand-made files,
+// every seventh in savemat's): a message at most, no crash.
 TEST(ToolkitMatHostile, TruncatedAndCorruptedFilesNeverCrash) {
   for (const char* name : {"plain.mat", "compressed.mat", "big.mat", "quirks.mat"}) {
     std::ifstream file(data_path(name), std::ios::binary);
@@ -62,17 +66,18 @@ TEST(ToolkitMatHostile, TruncatedAndCorruptedFilesNeverCrash) {
     toolkit_waveform_import_t importer;
     importer.set_i_data_index(1);
     importer.set_q_data_index(1);
-    for (std::size_t n = 0; n < bytes.size(); ++n) {
+    testing::internal::CaptureStdout();
+    const std::size_t step = bytes.size() < 1000 ? 1 : 7;
+    for (std::size_t n = 0; n < bytes.size(); n += step) {
       std::string damaged = bytes;
       damaged[n] = '\xFF';
       for (const std::string& content : {bytes.substr(0, n), damaged}) {
         std::ofstream(damaged_path, std::ios::binary | std::ios::trunc) << content;
-        testing::internal::CaptureStdout();
         importer.set_mat_file_path(damaged_path);
         importer.import_waveform();
-        testing::internal::GetCapturedStdout();
       }
     }
+    testing::internal::GetCapturedStdout();
   }
 }
 
@@ -84,9 +89,9 @@ TEST(ToolkitMatHostile, PathsThatAreNotFilesAreRefused) {
     toolkit_waveform_import_t importer;
     const std::string output = read_printing(importer, path);
     EXPECT_EQ(output, "toolkit_mat_file_reader_t::read Report: Error: Failed to open .mat file. " +
-                          path + ": " + problem + (problem == "is a directory" ? ", not a file\n"
-                                                   : problem == "is a device"
-                                                       ? ", pipe or socket, not a regular file\n"
+                          path + ": " + problem +
+                          (problem == "is a directory" ? ", not a file\n"
+                           : problem == "is a device"  ? ", pipe or socket, not a regular file\n"
                                                        : "\n"));
     testing::internal::CaptureStdout();
     EXPECT_FALSE(importer.import_waveform());

@@ -62,7 +62,8 @@ def header(order, text=b"MATLAB 5.0 MAT-file, written by the import tests"):
 
 
 def element(order, data_type, data):
-    padding = b"\0" * (-len(data) % 8)
+    # Compressed elements are not padded.
+    padding = b"\0" * (-len(data) % 8 if data_type != 15 else 0)
     return struct.pack(order + "II", data_type, len(data)) + data + padding
 
 
