@@ -3,10 +3,22 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 namespace toolkit_test {
+
+namespace {
+
+std::string created_folder;
+
+void remove_created_folder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(created_folder, ignored);
+}
+
+}  // namespace
 
 const std::string& data_folder() {
   static const std::string folder = [] {
@@ -16,6 +28,8 @@ const std::string& data_folder() {
       ADD_FAILURE() << "cannot create a temporary folder";
       return std::string("/nonexistent");
     }
+    created_folder = created;
+    std::atexit(remove_created_folder);
     const std::string command =
         std::string("/usr/bin/python3 ") + WAVELUME_TOOLKIT_GENERATOR + " " + created;
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
