@@ -322,15 +322,21 @@ TEST(SimulatorLinkConcurrencyDevices, TwoTickedDevicesAreServedOneAfterTheOther)
   EXPECT_EQ(first_block.md5, md5_of_block(first_data));
   EXPECT_EQ(second_block.md5, md5_of_block(second_data));
 
-  // The second device was not touched before the first had its block on the wire, and the
-  // first session stays open after its download.
+  // The second block did not start before the first, and the first session stays open after
+  // its download. The instruments stamp what they read, and a block small enough for the socket
+  // buffers may still be unread when the second device is connected: so the blocks are compared,
+  // not the second device's first event.
   const auto first_events = first.instrument.record().events();
   const auto second_events = second.instrument.record().events();
   ASSERT_FALSE(first_events.empty());
-  ASSERT_FALSE(second_events.empty());
   EXPECT_EQ(first_events.back().kind, sim_wire_event_t::WRITE);
   EXPECT_EQ(first_events.back().head.substr(0, 5), "IQDA ");
-  EXPECT_LE(first_events.back().time, second_events.front().time);
+  const auto second_block_write =
+      std::find_if(second_events.begin(), second_events.end(), [](const auto& event) {
+        return event.kind == sim_wire_event_t::WRITE && event.head.substr(0, 5) == "IQDA ";
+      });
+  ASSERT_NE(second_block_write, second_events.end());
+  EXPECT_LE(first_events.back().time, second_block_write->time);
 }
 
 // An instrument switched off after it was connected: the download reports failure, within the
