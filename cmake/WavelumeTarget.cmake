@@ -21,9 +21,10 @@ function(wavelume_target_defaults target)
   wavelume_precompile_headers(${target})
 endfunction()
 
-# The common system headers (cmake/wavelume_pch.h), and GoogleTest's for targets that already
-# link it, precompiled per target. Only targets with enough sources to repay the header's own
-# compilation get one; loadable modules (test fixtures) never do.
+# The common headers (cmake/wavelume_pch.h, with GoogleTest's for targets that already link it)
+# precompiled per target, where they repay their own compilation: in GoogleTest executables and in
+# targets that use QtWidgets or QtTest (known only once all links are, hence the generator
+# expression), each with a few sources at least. Loadable modules (test fixtures) never get one.
 set(WAVELUME_PCH_MIN_SOURCES 3)
 function(wavelume_precompile_headers target)
   get_target_property(type ${target} TYPE)
@@ -33,15 +34,21 @@ function(wavelume_precompile_headers target)
   get_target_property(sources ${target} SOURCES)
   list(FILTER sources INCLUDE REGEX "\\.cpp$")
   list(LENGTH sources count)
-  if(count GREATER_EQUAL WAVELUME_PCH_MIN_SOURCES)
-    target_precompile_headers(${target} PRIVATE "${PROJECT_SOURCE_DIR}/cmake/wavelume_pch.h")
-    get_target_property(libraries ${target} LINK_LIBRARIES)
-    if(GTest::gtest IN_LIST libraries)
-      target_precompile_headers(${target} PRIVATE <gtest/gtest.h>)
-    endif()
-    # Once the folder has set its per-source flags, such sources skip the header.
-    cmake_language(EVAL CODE "cmake_language(DEFER CALL wavelume_skip_pch_for_own_flags [[${target}]])")
+  if(count LESS WAVELUME_PCH_MIN_SOURCES)
+    return()
   endif()
+  get_target_property(libraries ${target} LINK_LIBRARIES)
+  if(GTest::gtest IN_LIST libraries)
+    target_precompile_headers(${target} PRIVATE "${PROJECT_SOURCE_DIR}/cmake/wavelume_pch.h"
+                              <gtest/gtest.h>)
+  else()
+    set(definitions "$<TARGET_PROPERTY:COMPILE_DEFINITIONS>")
+    set(uses_widgets "$<OR:$<IN_LIST:QT_WIDGETS_LIB,${definitions}>,$<IN_LIST:QT_TESTLIB_LIB,${definitions}>>")
+    target_precompile_headers(${target} PRIVATE
+                              "$<${uses_widgets}:${PROJECT_SOURCE_DIR}/cmake/wavelume_pch.h>")
+  endif()
+  # Once the folder has set its per-source flags, such sources skip the header.
+  cmake_language(EVAL CODE "cmake_language(DEFER CALL wavelume_skip_pch_for_own_flags [[${target}]])")
 endfunction()
 
 # A precompiled header is refused (an error with -Werror) by a source compiled with other flags

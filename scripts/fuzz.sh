@@ -15,10 +15,11 @@ if ((${#targets[@]} == 0)); then
 fi
 
 ./scripts/install-deps.sh
-./scripts/install-deps.sh clang libomp-dev # libFuzzer ships with clang; OpenMP for clang
+# clang with its runtimes (libFuzzer, the sanitizers: only recommended by clang) and OpenMP.
+./scripts/install-deps.sh clang libclang-rt-dev libomp-dev
 
 mkdir -p build
-CC=clang CXX=clang++ cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+CXX=clang++ cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DWAVELUME_SANITIZE=address,undefined -DWAVELUME_BUILD_FUZZERS=ON -DWAVELUME_BUILD_TESTS=OFF \
   -DWAVELUME_BUILD_BENCH=OFF > build/fuzz.configure.log 2>&1 ||
   { cat build/fuzz.configure.log; exit 1; }

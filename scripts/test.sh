@@ -16,6 +16,7 @@ configure() {
     { cat "$dir.configure.log"; exit 1; }
 }
 mkdir -p build
+stage_done() { echo "== $1: ${SECONDS} s since the start"; }
 # The sanitizers need no more than -O1 to report, and line tables for their stack traces: both
 # builds compile about a third faster than at -O2 with full debug information.
 sanitizer_flags=(-DCMAKE_BUILD_TYPE=RelWithDebInfo "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -g1 -DNDEBUG"
@@ -27,14 +28,17 @@ configure build/asan "${sanitizer_flags[@]}" -DWAVELUME_SANITIZE=address,undefin
 cmake --build build/asan -j "$jobs"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   ctest --test-dir build/asan -j "$jobs" --output-on-failure
+stage_done "AddressSanitizer build and tests"
 
 echo "== ThreadSanitizer (threaded tests)"
 configure build/tsan "${sanitizer_flags[@]}" -DWAVELUME_SANITIZE=thread -DWAVELUME_BUILD_FUZZ_REPLAY=OFF
 cmake --build build/tsan -j "$jobs" --target wavelume_concurrency_tests
 TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
   ctest --test-dir build/tsan -j "$jobs" --output-on-failure --no-tests=error -R 'Concurrency'
+stage_done "ThreadSanitizer build and tests"
 
 echo "== Release"
 configure build/release -DCMAKE_BUILD_TYPE=Release -DWAVELUME_BUILD_FUZZ_REPLAY=OFF
 cmake --build build/release -j "$jobs"
 ctest --test-dir build/release -j "$jobs" --output-on-failure
+stage_done "Release build and tests"
