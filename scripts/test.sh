@@ -17,8 +17,9 @@ configure() {
 }
 mkdir -p build
 stage_done() { echo "== $1: ${SECONDS} s since the start"; }
-# The sanitizers need no more than -O1 to report, and line tables for their stack traces: both
-# builds compile about a third faster than at -O2 with full debug information.
+# The sanitizers need no more than -O1 to report, and line tables for their stack traces: the
+# AddressSanitizer build takes over a third less processor time than at -O2 with full
+# debug information.
 sanitizer_flags=(-DCMAKE_BUILD_TYPE=RelWithDebInfo "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -g1 -DNDEBUG"
   -DWAVELUME_BUILD_BENCH=OFF)
 
@@ -37,8 +38,10 @@ TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
   ctest --test-dir build/tsan -j "$jobs" --output-on-failure --no-tests=error -R 'Concurrency'
 stage_done "ThreadSanitizer build and tests"
 
+# Without precompiled headers: the shipped build is also the one where a source that relies on a
+# header it does not include still fails.
 echo "== Release"
-configure build/release -DCMAKE_BUILD_TYPE=Release -DWAVELUME_BUILD_FUZZ_REPLAY=OFF
+configure build/release -DCMAKE_BUILD_TYPE=Release -DWAVELUME_BUILD_FUZZ_REPLAY=OFF -DWAVELUME_PCH=OFF
 cmake --build build/release -j "$jobs"
 ctest --test-dir build/release -j "$jobs" --output-on-failure
 stage_done "Release build and tests"
