@@ -1,19 +1,26 @@
 #!/usr/bin/env bash
-# Installs every Debian package the build, the tests and the benchmarks need.
+# Installs the Debian packages that the quick start (scripts/start.sh) and the tests with the
+# benchmarks (scripts/test.sh) need; scripts that need more install it themselves (scripts/fuzz.sh:
+# clang). Packages may be named as arguments to install them the same way.
 # Idempotent: when everything is present it only asks dpkg and returns.
 set -euo pipefail
 
 packages=(
   build-essential cmake ninja-build ccache pkg-config
-  qtbase5-dev qtbase5-private-dev libqt5svg5-dev
+  qtbase5-dev qtbase5-private-dev
+  libqt5svg5        # the icons are SVG files
+  fonts-dejavu-core # offscreen widget tests lay out text
   libfftw3-dev libpugixml-dev zlib1g-dev libssl-dev
-  libgtest-dev libgmock-dev libbenchmark-dev libliquid-dev
-  xvfb xauth
-  clang libomp-dev
-  python3-numpy python3-scipy
+  libgtest-dev libbenchmark-dev libliquid-dev
+  xvfb xauth       # xvfb-run: the display that start.sh offers and bench-startup.sh uses
+  python3-numpy    # tests/cli/arb_spectrum.py
+  # The simulator's checks against independent clients (tests/comm/simulator): rpcinfo, and
+  # unshare with ip for a private network namespace.
   rpcbind iproute2 util-linux python3-pyvisa python3-pyvisa-py
-  fonts-dejavu-core desktop-file-utils shared-mime-info
 )
+if (($# > 0)); then
+  packages=("$@")
+fi
 
 missing=()
 for p in "${packages[@]}"; do
