@@ -14,6 +14,7 @@ packages=(
   libgtest-dev libbenchmark-dev libliquid-dev
   xvfb xauth       # xvfb-run: the display that start.sh offers and bench-startup.sh uses
   python3-numpy    # tests/cli/arb_spectrum.py
+  python3-scipy    # tests/toolkit: MAT-files written by an independent writer (savemat)
   # The simulator's checks against independent clients (tests/comm/simulator): rpcinfo, and
   # unshare with ip for a private network namespace.
   rpcbind iproute2 util-linux python3-pyvisa python3-pyvisa-py
