@@ -1,8 +1,12 @@
 #include "ui/chart/ui_ccdf_view.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <memory>
 
+#include "lib/lib_ccdf_calculator.h"
+#include "lib/plib.h"
 #include "ui/chart/ui_vchart_plot_widget.h"
 #include "ui/chart/ui_vchart_xy_curve_item.h"
 #include "ui/units/lib_unit.h"
@@ -10,8 +14,6 @@
 namespace nal {
 namespace {
 
-constexpr fp64 k_step_db = 0.01;
-constexpr fp64 k_rounding_db = 1e-9;
 constexpr fp64 k_lowest_probability = 1e-6;
 // Where the Gaussian reference falls below the lowest probability shown.
 constexpr fp64 k_reference_end_db = 12.0;
@@ -22,45 +24,30 @@ struct ccdf_curve_t {
   fp64 peak_db = 0.0;
 };
 
-// Counts per 0.01 dB step of power above the mean, summed from the top: the fraction of samples
-// at or above each step.
+// Non-finite samples are left out rather than spoiling the rms of the rest; silence has no rms to
+// compare with and gives no curve. Points of probability 0 have no place on a logarithmic axis.
 ccdf_curve_t measure(const lib_iq_data_arr_t& samples) {
+  using common_lib::lib_ccdf_calculator_t;
   ccdf_curve_t curve;
-  std::vector<fp64> powers;
-  powers.reserve(samples.size());
-  fp64 total = 0.0;
-  for (const lib_iq_sample_t& sample : samples) {
-    const fp64 power = std::norm(sample);
-    if (std::isfinite(power)) {
-      powers.push_back(power);
-      total += power;
-    }
-  }
-  const fp64 mean = powers.empty() ? 0.0 : total / static_cast<fp64>(powers.size());
-  if (!(mean > common_lib::lib_tolerance) || !std::isfinite(mean)) {
+  lib_iq_data_arr_t finite;
+  finite.reserve(samples.size());
+  std::copy_if(samples.begin(), samples.end(), std::back_inserter(finite),
+               [](const lib_iq_sample_t& s) { return std::isfinite(std::norm(s)); });
+  if (finite.empty() ||
+      common_lib::plib_t::get_complex_array_rms(finite) < common_lib::lib_tolerance) {
     return curve;
   }
-  std::vector<std::size_t> counts;
-  for (const fp64 power : powers) {
-    // A constant envelope sits at the mean give or take rounding; it belongs at 0 dB.
-    const fp64 db = 10.0 * std::log10(power / mean);
-    if (db >= -k_rounding_db) {
-      const std::size_t step = static_cast<std::size_t>(std::floor(std::max(db, 0.0) / k_step_db));
-      if (step >= counts.size()) {
-        counts.resize(step + 1, 0);
-      }
-      ++counts[step];
-      curve.peak_db = std::max(curve.peak_db, db);
-    }
+  lib_fp_data_arr_t ccdf;
+  lib_fp_data_arr_t statistics;
+  lib_ccdf_calculator_t::calculate_ccdf_data(finite, ccdf);
+  lib_ccdf_calculator_t::get_ccdf_statistics(ccdf, finite, statistics);
+  const fp64 step_db = lib_ccdf_calculator_t::default_range_db /
+                       static_cast<fp64>(lib_ccdf_calculator_t::default_point_count - 1);
+  for (std::size_t j = 0; j < ccdf.size() && ccdf[j] > 0.0; ++j) {
+    curve.x_db.push_back(static_cast<fp64>(j) * step_db);
+    curve.probability.push_back(ccdf[j]);
   }
-  std::size_t at_or_above = 0;
-  curve.x_db.resize(counts.size());
-  curve.probability.resize(counts.size());
-  for (std::size_t step = counts.size(); step-- > 0;) {
-    at_or_above += counts[step];
-    curve.x_db[step] = static_cast<fp64>(step) * k_step_db;
-    curve.probability[step] = static_cast<fp64>(at_or_above) / static_cast<fp64>(powers.size());
-  }
+  curve.peak_db = statistics.back();
   return curve;
 }
 

@@ -18,7 +18,7 @@ class ui_ccdf_view_t : public QWidget {
  public:
   explicit ui_ccdf_view_t(QWidget* parent = nullptr);
 
-  // Measures the CCDF of `samples` at steps of 0.01 dB from 0 dB to the peak. Non-finite samples
+  // Measures the CCDF of `samples` at steps of 0.01 dB from 0 dB up to 20 dB. Non-finite samples
   // are left out; an empty or silent array leaves the reference curve alone. May be called from
   // any thread: the statistics are taken on the caller's thread.
   void update_ccdf(const lib_iq_data_arr_t& samples);
