@@ -93,20 +93,6 @@ TEST(CustomIqGoldenDataSource, EachPrbsSourceSendsItsSequence) {
   }
 }
 
-// The user and custom sources repeat the bit text; any character but '0' is a one.
-TEST(CustomIqGoldenDataSource, UserBitsRepeatCyclically) {
-  for (const data_source_type_t source : {DATA_SOURCE_USER, DATA_SOURCE_CUSTOM}) {
-    unshaped_engine_t unshaped(MOD_BPSK, false, source);
-    unshaped.engine.set_custom_bits("1x00101");
-    const std::vector<int> pattern{1, 1, 0, 0, 1, 0, 1};
-    const lib_iq_data_arr_t& samples = unshaped.run();
-    ASSERT_EQ(samples.size(), 2048u);
-    for (std::size_t k = 0; k < 1024; ++k) {
-      ASSERT_EQ(samples[2 * k].real() > 0.0, pattern[k % pattern.size()] == 1) << k;
-    }
-  }
-}
-
 class CustomIqGoldenMap : public testing::TestWithParam<golden_map_t> {};
 
 // The engine's display map of each APSK and QAM type, natural and Gray, key by key.

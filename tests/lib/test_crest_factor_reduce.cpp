@@ -53,35 +53,6 @@ TEST(CrestFactorReduceSetting, MaskPointsAndTheirChecks) {
   EXPECT_EQ(setting.get_filter_mask().back(), lib_iq_sample_t(1.25e7, -100.0));
 }
 
-TEST(CrestFactorReduceSetting, SettersClampAndMaskUpdateRestoresDefaults) {
-  lib_crest_factor_reduce_setting_t setting;
-  setting.set_enable(true);
-  setting.set_target_ratio(1.0);
-  EXPECT_EQ(setting.get_target_ratio(), 3.0);
-  setting.set_target_ratio(NAN);
-  EXPECT_EQ(setting.get_target_ratio(), 3.0);
-  setting.set_iteration_number(0);
-  EXPECT_EQ(setting.get_iteration_number(), 1u);
-  setting.set_iteration_number(25);
-  EXPECT_EQ(setting.get_iteration_number(), 20u);
-  setting.set_cancel_percent(150.0);
-  EXPECT_EQ(setting.get_cancel_percent(), 100.0);
-  setting.set_cancel_percent(-1.0);
-  EXPECT_EQ(setting.get_cancel_percent(), 0.0);
-  setting.set_block_size(5);
-  EXPECT_EQ(setting.get_block_size(), 20u);
-  testing::internal::CaptureStdout();
-  EXPECT_FALSE(setting.update_filter_mask(1e6, 2e7));
-  testing::internal::GetCapturedStdout();
-  EXPECT_TRUE(setting.get_enable());
-  EXPECT_TRUE(setting.update_filter_mask(4e7, 2e7));
-  EXPECT_FALSE(setting.get_enable());
-  EXPECT_EQ(setting.get_target_ratio(), 8.0);
-  EXPECT_EQ(setting.get_iteration_number(), 10u);
-  EXPECT_EQ(setting.get_cancel_percent(), 100.0);
-  EXPECT_EQ(setting.get_block_size(), 1000u);
-}
-
 lib_crest_factor_reduce_t reducer(double target_db, unsigned passes, double rate) {
   lib_crest_factor_reduce_setting_t setting;
   setting.set_enable(true);

@@ -354,31 +354,6 @@ TEST(OfdmModulator, RefusedRowsAreReportedAndLeaveEmptyOutputs) {
   EXPECT_TRUE(frame.empty());
 }
 
-TEST(OfdmModulator, SettersRefuseAndClamp) {
-  lib_ofdm_modulator_t modulator;
-  EXPECT_EQ(captured([&] { EXPECT_FALSE(modulator.set_fft_length(48)); }),
-            "lib_ofdm_symbol_data_generator_t::set_fft_length Report : FFT Points must be power "
-            "of 2!\n");
-  EXPECT_EQ(modulator.get_symbol_generator().get_fft_length(), 64u);
-  captured([&] {
-    EXPECT_FALSE(modulator.set_symbol_number(0));
-    EXPECT_FALSE(modulator.set_oversampling_ratio(0));
-  });
-  EXPECT_EQ(modulator.get_symbol_generator().get_symbol_number(), 64u);
-  EXPECT_EQ(modulator.get_symbol_generator().get_oversampling_ratio(), 1u);
-
-  modulator.set_window_ratio(0.9);
-  EXPECT_EQ(modulator.get_window_ratio(), 0.5);
-  modulator.set_window_ratio(std::nan(""));
-  EXPECT_EQ(modulator.get_window_ratio(), 0.0);
-  // Lengths round halves away from zero: 2.5 / 64 of 64 samples is 3, not 2.
-  modulator.set_window_ratio(2.5 / 64.0);
-  EXPECT_EQ(modulator.get_window_length(), 3u);
-  EXPECT_TRUE(modulator.set_cyclic_prefix(lib_ofdm_cyclic_config_t(2.5 / 64.0)));
-  EXPECT_EQ(modulator.get_symbol_generator().get_prefix_length(7), 3u);
-  EXPECT_EQ(modulator.get_symbol_generator().get_symbol_length(7), 67u);
-}
-
 TEST(OfdmCyclicConfig, AcceptanceFilteringAndClamping) {
   lib_ofdm_modulator_t modulator;
   ASSERT_TRUE(modulator.set_symbol_number(4));
